@@ -1,0 +1,609 @@
+#include "Class.h"
+#include "ClassExpression.h"
+#include "ClassRegistry.h"
+#include "../Standard/ExecutionContext.h"
+#include <juce_cryptography/juce_cryptography.h>
+#include <cxxabi.h>
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (Class)
+TOV_END_CLASS()
+
+Class::~Class()
+{
+    delete defaultObject;
+}
+
+//==============================================================================
+void Class::initializeInstance (Object* object)
+{
+    if (baseClass != nullptr)
+        baseClass->initializeInstance (object);
+}
+
+Object* Class::getMemberVariable (Object* object, size_t index) const
+{
+    return baseClass != nullptr ? baseClass->getMemberVariable (object, index) : nullptr;
+}
+
+Class* Class::getMethodClass (size_t index) const
+{
+    return baseClass != nullptr ? baseClass->getMethodClass (index) : nullptr;
+}
+
+std::shared_ptr<State> Class::createAttribute (ExecutionContext& context, const juce::String& text, const juce::String& sourceName)
+{
+    return State::createFromStateString (context, text, sourceName);
+}
+
+//==============================================================================
+void Class::initializeClass()
+{
+    if (initialized)
+        return;
+    initialized = true;
+
+    juce::String errors;
+    ToStringExecutionContext context (errors);
+    declareAttributes (context);
+    baseClass = declareBaseClass();
+
+    if (baseClass != nullptr)
+    {
+        // Inherited attributes keep their places in front; own values win.
+        const StateMap own = getAttributes();
+        if (! baseClass->isInitialized())
+            baseClass->initializeClass();
+        setAttributes (baseClass->getAttributes());
+        appendAttributes (own);
+        inheritMembersFromBaseClass();
+    }
+
+    errors.clear();
+    declareMemberVariables (context);
+    declareMethods (context);
+}
+
+void Class::inheritMembersFromBaseClass()
+{
+    // Copies, so that a derived class may change an inherited variable's attributes.
+    baseClassNumMemberVariables = baseClass->getNumMemberVariables();
+    memberVariables.clear();
+    for (auto& signature : baseClass->memberVariables)
+        memberVariables.push_back (std::make_shared<VariableSignature> (*signature));
+
+    baseClassNumMethods = baseClass->getNumMethods();
+    methods.clear();
+    for (auto& signature : baseClass->methods)
+        methods.push_back (std::make_shared<MethodSignature> (*signature));
+}
+
+void Class::deinitializeClass()
+{
+    if (! initialized)
+        return;
+    releaseDefaultObject();
+    initialized = false;
+    memberVariables.clear();
+    methods.clear();
+    baseClassNumMemberVariables = 0;
+    baseClassNumMethods = 0;
+    clearAttributes();
+    {
+        const juce::ScopedLock lock (relatedClassesLock);
+        relatedClasses.clear();
+    }
+    {
+        const juce::ScopedLock lock (friendlyNameLock);
+        friendlyName.clear();
+    }
+    baseClass = nullptr;
+}
+
+//==============================================================================
+template <class Signatures>
+static int findSignature (const Signatures& signatures, juce::StringRef name)
+{
+    for (size_t i = 0; i < signatures.size(); ++i)
+        if (signatures[i]->getName() == name)
+            return (int) i;
+    return -1;
+}
+
+int Class::findMemberVariable (juce::StringRef name) const
+{
+    return findSignature (memberVariables, name);
+}
+
+VariableSignature* Class::findMemberVariableSignature (juce::StringRef name) const
+{
+    const int index = findMemberVariable (name);
+    return index >= 0 ? memberVariables[(size_t) index].get() : nullptr;
+}
+
+int Class::findMethod (juce::StringRef name) const
+{
+    return findSignature (methods, name);
+}
+
+MethodSignature* Class::findMethodSignature (juce::StringRef name) const
+{
+    const int index = findMethod (name);
+    return index >= 0 ? methods[(size_t) index].get() : nullptr;
+}
+
+template <class Signature>
+static std::shared_ptr<Signature> makeSignature (Class* valueClass, const juce::String& name, bool readOnly,
+                                                 const Class::Attributes& attributes)
+{
+    auto signature = std::make_shared<Signature> (valueClass, name, readOnly);
+    for (auto& attribute : attributes)
+        signature->setAttribute (attribute.first, attribute.second);
+    return signature;
+}
+
+// An unknown class is reported and replaced by Void, so that the indices of later members stay right.
+static Class* resolveMemberClass (const Class& owner, ExecutionContext& context, const juce::String& className)
+{
+    if (auto* resolved = owner.getClassRelativeToThis (className))
+        return resolved;
+    context.error ("Could not parse class name: " + className + " (in " + owner.getName() + ")");
+    return tov::getClass ("Void");
+}
+
+void Class::addMemberVariable (ExecutionContext& context, const juce::String& className, const juce::String& name,
+                               bool readOnly, const Attributes& attributes)
+{
+    addMemberVariable (resolveMemberClass (*this, context, className), name, readOnly, attributes);
+}
+
+void Class::addMemberVariable (Class* valueClass, const juce::String& name, bool readOnly, const Attributes& attributes)
+{
+    memberVariables.push_back (makeSignature<VariableSignature> (valueClass, name, readOnly, attributes));
+}
+
+void Class::addMethod (ExecutionContext& context, const juce::String& className, const juce::String& name,
+                       bool readOnly, const Attributes& attributes)
+{
+    methods.push_back (makeSignature<MethodSignature> (resolveMemberClass (*this, context, className), name, readOnly, attributes));
+}
+
+template <class Signatures>
+static void importSignatures (Signatures& target, const Signatures& source, size_t firstIndex, int count)
+{
+    const size_t end = count < 0 ? source.size() : std::min (source.size(), firstIndex + (size_t) count);
+    for (size_t i = firstIndex; i < end; ++i)
+        target.push_back (source[i]);
+}
+
+void Class::importMemberVariables (const juce::String& className, size_t firstIndex, int count)
+{
+    if (auto* source = getClassRelativeToThis (className))
+    {
+        source->initializeClass();
+        importSignatures (memberVariables, source->memberVariables, firstIndex, count);
+    }
+}
+
+void Class::importMethods (const juce::String& className, size_t firstIndex, int count)
+{
+    if (auto* source = getClassRelativeToThis (className))
+    {
+        source->initializeClass();
+        importSignatures (methods, source->methods, firstIndex, count);
+    }
+}
+
+void Class::setVariableAttribute (juce::StringRef variableName, const juce::String& attributeName, State* state)
+{
+    auto* signature = findMemberVariableSignature (variableName);
+    if (state != nullptr && signature != nullptr)
+        signature->setAttribute (attributeName, state);
+    else
+        delete state;
+}
+
+void Class::setMethodAttribute (juce::StringRef methodName, const juce::String& attributeName, State* state)
+{
+    auto* signature = findMethodSignature (methodName);
+    if (state != nullptr && signature != nullptr)
+        signature->setAttribute (attributeName, state);
+    else
+        delete state;
+}
+
+//==============================================================================
+void Class::setAttribute (ExecutionContext& context, const juce::String& name, State* state)
+{
+    setAttribute (context, name, std::shared_ptr<State> (state));
+}
+
+void Class::setAttribute (ExecutionContext& context, const juce::String& name, const std::shared_ptr<State>& state)
+{
+    if (state == nullptr)
+    {
+        juce::Logger::outputDebugString ("Error: could not parse class parameter " + getName() + "::" + name);
+        return;
+    }
+    AttributesHost::setAttribute (name, state);
+    if (state->getType() != StateType::stringType)
+        return;
+
+    if (name == "friendlyName")
+    {
+        const juce::ScopedLock lock (friendlyNameLock);
+        friendlyName.clear();
+    }
+    if (name.endsWith ("Origin"))
+        applyFileOrigin (context, name.dropLastCharacters (6), state->getString());
+}
+
+// An attribute "xOrigin" names the file that attribute "x" comes from, so that
+// the declared value follows the file on the developer's disk.
+void Class::applyFileOrigin (ExecutionContext& context, const juce::String& targetName, const juce::String& path)
+{
+    auto* target = getAttributeRef (targetName);
+    const juce::File file (path);
+    if (target == nullptr || ! juce::File::isAbsolutePath (path) || ! file.existsAsFile())
+        return;
+
+    if (target->getType() == StateType::bufferType)
+    {
+        juce::MemoryBlock bytes;
+        file.loadFileAsData (bytes);
+        target->setBuffer (bytes.getSize(), bytes.getData(), true);
+        return;
+    }
+
+    const auto text = file.loadFileAsString().replace ("\r\n", "\n").trim();
+    if (text.isEmpty())
+        return;
+    if (target->getType() == StateType::stringType)
+    {
+        if (target->getString().trim() != text)
+            target->setString (text);
+        return;
+    }
+    setAttribute (context, targetName, State::createFromStateString (context, text, getName() + "::" + targetName));
+}
+
+std::shared_ptr<State> Class::getAttribute (const MemberSignature* signature, juce::StringRef name) const
+{
+    if (signature != nullptr)
+        if (auto state = signature->getAttribute (name))
+            return state;
+    return getAttribute (name);
+}
+
+State* Class::getAttributeRef (const MemberSignature* signature, juce::StringRef name) const
+{
+    if (signature != nullptr)
+        if (auto* state = signature->getAttributeRef (name))
+            return state;
+    return getAttributeRef (name);
+}
+
+// A typed value on the signature wins when it has the right type; otherwise the class's.
+template <class Value, class Getter>
+static Value getTypedAttribute (const AttributesHost& owner, const MemberSignature* signature, juce::StringRef name,
+                                StateType type, Value defaultValue, Getter getter)
+{
+    if (signature != nullptr && signature->hasAttributeOfType (name, type))
+        return (signature->*getter) (name, defaultValue);
+    return (owner.*getter) (name, defaultValue);
+}
+
+bool Class::getBooleanAttribute (const MemberSignature* signature, juce::StringRef name, bool defaultValue) const
+{
+    return getTypedAttribute (*this, signature, name, StateType::booleanType, defaultValue, &AttributesHost::getBooleanAttribute);
+}
+
+int64_t Class::getIntegerAttribute (const MemberSignature* signature, juce::StringRef name, int64_t defaultValue) const
+{
+    return getTypedAttribute (*this, signature, name, StateType::integerType, defaultValue, &AttributesHost::getIntegerAttribute);
+}
+
+double Class::getRealAttribute (const MemberSignature* signature, juce::StringRef name, double defaultValue) const
+{
+    return getTypedAttribute (*this, signature, name, StateType::realType, defaultValue, &AttributesHost::getRealAttribute);
+}
+
+juce::String Class::getStringAttribute (const MemberSignature* signature, juce::StringRef name, const juce::String& defaultValue) const
+{
+    if (signature != nullptr && signature->hasAttributeOfType (name, StateType::stringType))
+        return signature->getStringAttribute (name, defaultValue);
+    return getStringAttribute (name, defaultValue);
+}
+
+const RawBuffer* Class::getBufferAttribute (const MemberSignature* signature, juce::StringRef name) const
+{
+    if (signature != nullptr)
+        if (auto* buffer = signature->getBufferAttribute (name))
+            return buffer;
+    return getBufferAttribute (name);
+}
+
+Class* Class::getClassAttribute (const MemberSignature* signature, juce::StringRef name, Class* defaultValue) const
+{
+    if (signature != nullptr && signature->hasAttributeOfType (name, StateType::classExpressionType))
+        return signature->AttributesHost::getClassAttribute (name, defaultValue);
+    return getClassAttribute (name, defaultValue);
+}
+
+Class* Class::getClassAttribute (juce::StringRef name, Class* defaultValue) const
+{
+    if (! hasAttribute (name) && (name == juce::StringRef ("interpolationKey") || name == juce::StringRef ("diff")))
+        return const_cast<Class*> (this);
+    return AttributesHost::getClassAttribute (name, defaultValue);
+}
+
+std::vector<Class*> Class::getClassVectorAttribute (juce::StringRef name) const
+{
+    auto* state = getAttributeRef (name);
+    return state != nullptr ? state->getClassVector() : std::vector<Class*>();
+}
+
+//==============================================================================
+bool Class::inheritsFrom (const Class* other) const
+{
+    for (const Class* level = this; level != nullptr; level = level->baseClass)
+        if (level == other)
+            return true;
+    return false;
+}
+
+Class* Class::findCommonBaseClass (Class* a, Class* b)
+{
+    if (a == nullptr || b == nullptr)
+        return nullptr;
+    if (a->inheritsFrom (b))
+        return b;
+    if (b->inheritsFrom (a))
+        return a;
+    if (a == &Object::staticClass || b == &Object::staticClass)
+        return &Object::staticClass;
+
+    Class* first = findCommonBaseClass (a->baseClass, b);
+    Class* second = findCommonBaseClass (a, b->baseClass);
+    if (first == nullptr || second == nullptr)
+        return first != nullptr ? first : second;
+    return first->inheritsFrom (second) ? first : second;
+}
+
+Class* Class::getClassRelativeToThis (const juce::String& text) const
+{
+    return tov::getClass (text.trim());
+}
+
+juce::StringArray Class::getRelatedClassCandidates (const ClassExpression* levelExpression, const juce::String& suffix) const
+{
+    juce::StringArray candidates;
+    if (levelExpression != nullptr)
+        candidates.add (levelExpression->toString() + suffix);
+    return candidates;
+}
+
+Class* Class::getRelatedClass (const juce::String& suffix)
+{
+    const juce::ScopedLock lock (relatedClassesLock);
+    auto cached = relatedClasses.find (suffix);
+    if (cached != relatedClasses.end())
+        return cached->second;
+
+    Class* result = nullptr;
+    for (Class* level = this; level != nullptr && result == nullptr; level = level->baseClass)
+    {
+        for (auto& candidate : getRelatedClassCandidates (level->expression, suffix))
+        {
+            auto* found = tov::getClass (candidate);
+            if (found == nullptr)
+                continue;
+            found->initializeClass();
+            auto* target = found->AttributesHost::getClassAttribute ("target", nullptr);
+            if (! found->hasAttribute ("target") || inheritsFrom (target)
+                || suffix == "GroupCommand" || suffix == "SelectionMenu")
+            {
+                result = found;
+                break;
+            }
+        }
+    }
+    relatedClasses[suffix] = result;
+    return result;
+}
+
+//==============================================================================
+Object* Class::createObject (Object* parent)
+{
+    if (isAbstract())
+        return nullptr;
+    Object* defaults = getDefaultObject();
+    Object* object = createInstance();
+    if (object == nullptr)
+        return nullptr;
+
+    object->removeStaticAllocationFlag();
+    object->setParent (parent);
+    if (parent != nullptr && parent->isClassDefaultObject())
+        setClassDefaultObjectAndMultiThreadSafeRecursively (object, this);
+    initializeObjectRecursively (object, defaults);
+    object->setNumChanges (0);
+    return object;
+}
+
+Object* Class::getDefaultObject()
+{
+    const juce::ScopedLock lock (defaultObjectLock);
+    if (defaultObject == nullptr)
+        defaultObject = createDefaultObject();
+    return defaultObject;
+}
+
+Object* Class::createDefaultObject()
+{
+    initializeClass();
+    Object* object = createInstance();
+    if (object == nullptr)
+        return nullptr;
+    object->setParent (this);
+    object->setStaticAllocationFlag();
+    setClassDefaultObjectAndMultiThreadSafeRecursively (object, this);
+    setDefaultValuesRecursively (object);
+    return object;
+}
+
+void Class::releaseDefaultObject()
+{
+    const juce::ScopedLock lock (defaultObjectLock);
+    delete defaultObject;
+    defaultObject = nullptr;
+}
+
+void Class::initializeObjectRecursively (Object* object, Object* defaults)
+{
+    object->setClass (this);
+    const bool wasApplying = object->isApplyingVariableConstraints();
+    if (! wasApplying)
+        object->startApplyingVariableConstraints();
+
+    for (size_t i = 0; i < getNumMemberVariables(); ++i)
+    {
+        Object* variable = getMemberVariable (object, i);
+        auto* signature = getMemberVariableSignature (i);
+        variable->setParent (object);
+        if (defaults != nullptr)
+            getMemberVariable (defaults, i)->copyTo (*variable);
+        if (signature->getBooleanAttribute ("propagateChildrenChanges", false))
+            variable->setFlag (Object::propagateChildrenChangesFlag);
+        if (auto* valueClass = signature->getValueClass())
+            valueClass->initializeObjectRecursively (variable, nullptr);
+        variable->setNumChanges (0);
+    }
+
+    if (! wasApplying)
+        object->finishApplyingVariableConstraints();
+}
+
+void Class::setDefaultValuesRecursively (Object* object)
+{
+    initializeClass();
+    object->setClass (this);
+    for (size_t i = 0; i < getNumMemberVariables(); ++i)
+    {
+        Object* variable = getMemberVariable (object, i);
+        auto* signature = getMemberVariableSignature (i);
+        variable->setParent (object);
+        if (auto* valueClass = signature->getValueClass())
+            valueClass->setDefaultValuesRecursively (variable);
+
+        if (auto defaultState = signature->getAttribute ("default"))
+        {
+            // The declaration's text is a saved value: give it the version of the variable's class.
+            if (auto* valueClass = variable->getClass())
+                defaultState->setVersionNumber (valueClass->getVersion());
+            ToStringExecutionContext context;
+            variable->loadFromState (context, defaultState);
+        }
+        if (signature->getBooleanAttribute ("propagateChildrenChanges", false))
+            variable->setFlag (Object::propagateChildrenChangesFlag);
+    }
+}
+
+//==============================================================================
+juce::String Class::getName() const
+{
+    return expression != nullptr ? expression->toString() : juce::String();
+}
+
+juce::String Class::getStrippedName() const
+{
+    return expression != nullptr ? expression->strip() : juce::String();
+}
+
+juce::String Class::getName (const std::type_info& type)
+{
+    int status = 0;
+    char* demangled = abi::__cxa_demangle (type.name(), nullptr, nullptr, &status);
+    juce::String name (status == 0 && demangled != nullptr ? demangled : type.name());
+    std::free (demangled);
+    const int separator = name.indexOf ("::");
+    return separator >= 0 ? name.substring (separator + 2) : name;
+}
+
+juce::String Class::getFriendlyName() const
+{
+    const juce::ScopedLock lock (friendlyNameLock);
+    if (friendlyName.isEmpty())
+        friendlyName = computeFriendlyName();
+    return friendlyName;
+}
+
+juce::String Class::computeFriendlyName() const
+{
+    const auto declared = getStringAttribute ("friendlyName");
+    if (declared.isNotEmpty() && (baseClass == nullptr || baseClass->getStringAttribute ("friendlyName") != declared))
+        return declared;
+
+    juce::String name = getName();
+    for (const Class* level = baseClass; level != nullptr; level = level->baseClass)
+    {
+        const auto baseName = level->computeNameForFriendlyNames();
+        if (name.endsWith (baseName) && ! level->getBooleanAttribute ("keepNameInFriendlyNames", false))
+        {
+            if (name.length() > baseName.length())
+                name = name.dropLastCharacters (baseName.length());
+            break;
+        }
+    }
+    return MemberSignature::makeFriendlyNameFromName (name, true);
+}
+
+juce::String Class::computeNameForFriendlyNames() const
+{
+    return getStringAttribute ("nameForFriendlyNames", getStrippedName());
+}
+
+juce::Uuid Class::getClassUniqueIdentifier() const
+{
+    const juce::ScopedLock lock (uniqueIdentifierLock);
+    if (classUniqueIdentifier.isNull())
+        classUniqueIdentifier = getClassUniqueIdentifierByName (getName());
+    return classUniqueIdentifier;
+}
+
+juce::Uuid Class::getClassUniqueIdentifierByName (const juce::String& name)
+{
+    const juce::MD5 digest (name.toUTF8());
+    return UniqueIdentifier::makeUuidCompliantToRfc4122 (juce::Uuid (digest.getChecksumDataArray()));
+}
+
+//==============================================================================
+void declareAttributesFromText (Class& owner, ExecutionContext& context, AttributesHost* target,
+                                const AttributeTextList& attributes, const juce::String& sourcePrefix)
+{
+    for (auto& attribute : attributes)
+    {
+        auto state = owner.createAttribute (context, attribute.text, sourcePrefix + "::" + attribute.name);
+        if (target == &owner)
+            owner.setAttribute (context, attribute.name, state);
+        else if (state != nullptr)
+            target->setAttribute (attribute.name, state);
+        else
+            juce::Logger::outputDebugString ("Error: could not parse class parameter " + sourcePrefix + "::" + attribute.name);
+    }
+}
+
+void declareMemberVariablesFromDeclaration (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration)
+{
+    for (auto& variable : declaration.variables)
+    {
+        owner.addMemberVariable (variable.valueClass(), variable.name, variable.readOnly);
+        auto* signature = owner.getMemberVariableSignature (owner.getNumMemberVariables() - 1);
+        declareAttributesFromText (owner, context, signature, variable.attributes,
+                                   juce::String (declaration.name) + "::" + variable.name);
+    }
+}
+
+} // namespace tov

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+#include <vector>
+
+/*  How a reflected class is declared.
+
+    In the header, inside the class:
+
+        class NetworkAddress : public Object
+        {
+        public:
+            TOV_DECLARE_CLASS (NetworkAddress, Object)
+
+            HostIdentifier host;
+            NetworkPort port;
+        };
+
+    In the implementation file:
+
+        TOV_BEGIN_CLASS (NetworkAddress, { "friendlyName", "\"Address\"" })
+            TOV_VARIABLE (host)
+            TOV_VARIABLE (port, { "default", "80" })
+        TOV_END_CLASS()
+
+    Attributes are written as the State text they stand for, next to what they
+    describe. The companion metaclass NetworkAddress::NetworkAddressClass, the
+    static instance NetworkAddress::staticClass, getStaticClass(), createInstance,
+    declareBaseClass, declareAttributes, declareMemberVariables and
+    getMemberVariable all come from these lines, and getMemberVariable maps
+    indices in declaration order, inherited members first, because one list
+    serves both.
+*/
+
+namespace tov
+{
+
+class Class;
+class Object;
+
+/** One attribute as written in a declaration: a name and the State text of its value. */
+struct AttributeText
+{
+    const char* name;
+    const char* text;
+};
+
+using AttributeTextList = std::vector<AttributeText>;
+
+/** One member variable as written in a declaration. */
+struct VariableDeclaration
+{
+    const char* name;
+    Object* (*access) (Object* owner);
+    Class* (*valueClass)();
+    bool readOnly;
+    AttributeTextList attributes;
+};
+
+/** Everything a TOV_BEGIN_CLASS block says about a class. */
+struct ClassDeclaration
+{
+    const char* name;
+    AttributeTextList attributes;
+    std::vector<VariableDeclaration> variables;
+};
+
+template <class T, class MetaclassBase>
+class DeclaredClass;
+
+/** The class of a C++ type, as its declaration names it. */
+template <class T>
+Class* classOf() { return &T::getStaticClass(); }
+
+} // namespace tov
+
+/** Declares a reflected class inside its body, with a metaclass derived from MetaclassBase. */
+#define TOV_DECLARE_CLASS_WITH_METACLASS(ClassName, BaseName, MetaclassBase) \
+public: \
+    using Super = BaseName; \
+    using ClassName##Class = ::tov::DeclaredClass<ClassName, MetaclassBase>; \
+    static ClassName##Class staticClass; \
+    static ClassName##Class& getStaticClass() noexcept { return staticClass; } \
+    static const ::tov::ClassDeclaration& getClassDeclaration(); \
+protected: \
+    ::tov::Class* lookUpClass() const override; \
+public:
+
+/** Declares a reflected class inside its body. */
+#define TOV_DECLARE_CLASS(ClassName, BaseName) \
+    TOV_DECLARE_CLASS_WITH_METACLASS (ClassName, BaseName, ::tov::Class)
+
+/** The declaration of Object itself, the one class without a base. */
+#define TOV_DECLARE_ROOT_CLASS(ClassName) \
+public: \
+    using Super = void; \
+    using ClassName##Class = ::tov::DeclaredClass<ClassName, ::tov::Class>; \
+    static ClassName##Class staticClass; \
+    static ClassName##Class& getStaticClass() noexcept { return staticClass; } \
+    static const ::tov::ClassDeclaration& getClassDeclaration(); \
+public:
+
+/** Opens the reflection of a class in its implementation file; the optional
+    arguments are its class attributes, each { "name", "State text" }. */
+#define TOV_BEGIN_CLASS(ClassName, ...) \
+    ClassName::ClassName##Class ClassName::staticClass { #ClassName }; \
+    TOV_DEFINE_LOOK_UP_CLASS (ClassName) \
+    const ::tov::ClassDeclaration& ClassName::getClassDeclaration() \
+    { \
+        using ThisType = ClassName; \
+        static const ::tov::ClassDeclaration declaration { #ClassName, ::tov::AttributeTextList { __VA_ARGS__ }, {
+
+#define TOV_DEFINE_LOOK_UP_CLASS(ClassName) \
+    ::tov::Class* ClassName::lookUpClass() const { return &staticClass; }
+
+/** A member variable; the optional arguments are its attributes, each { "name", "State text" }. */
+#define TOV_VARIABLE(member, ...) \
+    TOV_MEMBER_VARIABLE (member, false, __VA_ARGS__)
+
+/** A member variable that editors and loading may not change. */
+#define TOV_READ_ONLY_VARIABLE(member, ...) \
+    TOV_MEMBER_VARIABLE (member, true, __VA_ARGS__)
+
+#define TOV_MEMBER_VARIABLE(member, isReadOnly, ...) \
+    ::tov::VariableDeclaration { #member, \
+        [] (::tov::Object* owner) -> ::tov::Object* { return &static_cast<ThisType*> (owner)->member; }, \
+        &::tov::classOf<decltype (ThisType::member)>, \
+        isReadOnly, ::tov::AttributeTextList { __VA_ARGS__ } },
+
+/** Closes TOV_BEGIN_CLASS. */
+#define TOV_END_CLASS() \
+        } }; \
+        return declaration; \
+    }

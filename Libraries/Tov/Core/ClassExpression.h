@@ -1,0 +1,59 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+#include <memory>
+
+namespace tov
+{
+
+class State;
+
+/** The interned name of a class: an atomic name such as "String", a template
+    application such as "OwnedVector(String)", or a class parameter such as
+    "Number:interpolationKey".
+
+    Equal expressions are one object, so expressions compare by pointer. They
+    live as long as the class registry that interned them.
+*/
+class ClassExpression
+{
+public:
+    enum Type : uint32_t
+    {
+        none = 0,
+        atomic = 1,
+        templateApplication = 2,
+        classParameter = 3
+    };
+
+    ClassExpression (Type type, const juce::String& identifier,
+                     const ClassExpression* classParameterExpression = nullptr,
+                     std::shared_ptr<State> classGeneratorArguments = {});
+    ~ClassExpression();
+
+    Type getType() const noexcept                                        { return type; }
+    const juce::String& getIdentifier() const noexcept                   { return identifier; }
+    const ClassExpression* getClassParameterExpression() const noexcept  { return classParameterExpression; }
+    const State& getClassGeneratorArguments() const noexcept             { return *classGeneratorArguments; }
+    const std::shared_ptr<State>& getClassGeneratorArgumentsPtr() const noexcept { return classGeneratorArguments; }
+
+    /** The text of the expression, as saved in State files. */
+    juce::String toString() const;
+
+    /** The name without template arguments or class parameters. */
+    juce::String strip() const;
+
+    /** Null equals only null; otherwise type, identifier, parameter expression and arguments must agree. */
+    static bool equals (const ClassExpression* a, const ClassExpression* b);
+
+private:
+    Type type;
+    juce::String identifier;
+    const ClassExpression* classParameterExpression;
+    std::shared_ptr<State> classGeneratorArguments;
+};
+
+/** The interned atomic expression of the name, made when new. */
+const ClassExpression* createAtomicClassExpression (const juce::String& name);
+
+} // namespace tov

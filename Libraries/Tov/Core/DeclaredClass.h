@@ -1,0 +1,82 @@
+#pragma once
+
+#include "ClassDeclaration.h"
+#include "ClassExpression.h"
+#include <type_traits>
+
+namespace tov
+{
+
+class ExecutionContext;
+
+/** Registers a declared class by name, so that it can be found before the library tree exists. */
+void registerDeclaredClass (Class* declaredClass, const char* name);
+
+/** Applies the attributes of a declaration to a class or to one of its signatures. */
+void declareAttributesFromText (Class& owner, ExecutionContext& context, AttributesHost* target,
+                                const AttributeTextList& attributes, const juce::String& sourcePrefix);
+
+/** Declares the member variables that a TOV_BEGIN_CLASS block lists. */
+void declareMemberVariablesFromDeclaration (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration);
+
+/** The metaclass that the declaration macros make for a C++ class T.
+
+    Everything comes from T's ClassDeclaration: attributes, members in order,
+    and the base class from T::Super. MetaclassBase lets a family of classes
+    share a metaclass with overrides of its own (versions, descriptions, ...).
+*/
+template <class T, class MetaclassBase>
+class DeclaredClass : public MetaclassBase
+{
+public:
+    explicit DeclaredClass (const char* name)
+    {
+        this->setExpression (createAtomicClassExpression (name));
+        registerDeclaredClass (this, name);
+    }
+
+    bool isAbstract() const override
+    {
+        return std::is_abstract_v<T> || ! std::is_default_constructible_v<T>;
+    }
+
+    Class* declareBaseClass() override
+    {
+        if constexpr (std::is_void_v<typename T::Super>)
+            return nullptr;
+        else
+            return &T::Super::getStaticClass();
+    }
+
+    Object* createInstance() const override
+    {
+        if constexpr (std::is_abstract_v<T> || ! std::is_default_constructible_v<T>)
+            return nullptr;
+        else
+            return new T();
+    }
+
+    Object* getMemberVariable (Object* object, size_t index) const override
+    {
+        const size_t inherited = this->getBaseClassNumMemberVariables();
+        if (index < inherited)
+            return MetaclassBase::getMemberVariable (object, index);
+        const auto& variables = T::getClassDeclaration().variables;
+        index -= inherited;
+        return object != nullptr && index < variables.size() ? variables[index].access (object) : nullptr;
+    }
+
+    void declareAttributes (ExecutionContext& context) override
+    {
+        MetaclassBase::declareAttributes (context);
+        declareAttributesFromText (*this, context, this, T::getClassDeclaration().attributes, T::getClassDeclaration().name);
+    }
+
+    void declareMemberVariables (ExecutionContext& context) override
+    {
+        MetaclassBase::declareMemberVariables (context);
+        declareMemberVariablesFromDeclaration (*this, context, T::getClassDeclaration());
+    }
+};
+
+} // namespace tov

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "State.h"
+
+namespace tov
+{
+
+class Object;
+class Class;
+class VariableSignature;
+
+/** Bits that change how objects describe themselves to an exporter. */
+enum ExporterFlags : uint32_t
+{
+    exportOwnedPointersAsIdentifiers = 1,
+    exportWithoutDefaults            = 2,
+    exportWithoutIdentifiers         = 4,
+    exportTransientVariables         = 8,
+    exportBuffersAsBase64            = 16
+};
+
+/** What objects describe themselves to: saving, hashing and mirroring all take this one path. */
+class ObjectExporter
+{
+public:
+    explicit ObjectExporter (uint32_t flags = 0) : flags (flags) {}
+    virtual ~ObjectExporter() = default;
+
+    bool hasFlag (uint32_t flag) const noexcept  { return (flags & flag) != 0; }
+    void addFlag (uint32_t flag) noexcept        { flags |= flag; }
+    void removeFlag (uint32_t flag) noexcept     { flags &= ~flag; }
+    uint32_t getFlags() const noexcept           { return flags; }
+
+    virtual void save (const Object& object, bool writeClass) = 0;
+    virtual void setClass (Class* objectClass) = 0;
+    virtual void setVersionNumber (uint64_t version) = 0;
+    virtual void enterVariable (const juce::String& name) = 0;
+    virtual void leaveVariable() = 0;
+    virtual void reserveVariables (uint64_t count) = 0;
+    virtual void writeBoolean (bool value) = 0;
+    virtual void writeInteger (int64_t value) = 0;
+    virtual void writeReal (double value) = 0;
+    virtual void writeString (const juce::String& value) = 0;
+    virtual void writeClass (const Class* value) = 0;
+    virtual void writeOwnedPointer (const Object* object, Class* declaredClass) = 0;
+    virtual void writeUniqueIdentifier (const UniqueIdentifier& value) = 0;
+    virtual void writeNativePointer (const Object* object) = 0;
+    virtual void writeState (const std::shared_ptr<State>& state) = 0;
+    virtual void writeBuffer (uint64_t size, void* data, bool copy) = 0;
+
+    /** Writes the variable under its signature's name, when the signature may be saved. */
+    void saveVariable (const VariableSignature& signature, const Object& variable);
+
+    /** Enters a named variable for the life of the scope. */
+    class Scope
+    {
+    public:
+        Scope (ObjectExporter& exporter, const juce::String& name) : exporter (exporter) { exporter.enterVariable (name); }
+        ~Scope() { exporter.leaveVariable(); }
+
+    private:
+        ObjectExporter& exporter;
+    };
+
+private:
+    uint32_t flags;
+};
+
+} // namespace tov

@@ -1,0 +1,237 @@
+#pragma once
+
+#include "UniqueIdentifier.h"
+#include "RawBuffer.h"
+#include <juce_core/juce_core.h>
+#include <memory>
+#include <vector>
+#include <utility>
+
+namespace tov
+{
+
+class Class;
+class ClassExpression;
+class Object;
+class ExecutionContext;
+class StateHasher;
+class StateParserCallback;
+
+/** The eleven kinds of value a State node holds; typeToString gives their words. */
+enum class StateType : uint32_t
+{
+    voidType = 0,
+    booleanType,
+    integerType,
+    realType,
+    stringType,
+    weakPointerType,
+    ownedPointerType,
+    variablesType,
+    classExpressionType,
+    nativePointerType,
+    bufferType
+};
+
+/** The system's one dynamically typed value: a node of a small tree.
+
+    A node holds nothing, a boolean, an integer, a real, a string, a weak
+    pointer (an identifier), an owned pointer (a shared sub-tree), an ordered
+    list of named variables, a class expression, a native object pointer or a
+    block of bytes. Nodes are shared between trees through std::shared_ptr and
+    are treated as immutable once handed on.
+
+    Besides its value a node names the class, identifier and class version of
+    the object it describes; all three are null for a plain value.
+*/
+class State
+{
+public:
+    using Variable = std::pair<juce::String, std::shared_ptr<State>>;
+    using Variables = std::vector<Variable>;
+
+    static const char* const classToken;        // "'"
+    static const char* const openScope;         // "{"
+    static const char* const closeScope;        // "}"
+    static const char* const assignmentToken;   // "="
+    static const char* const weakPointerToken;  // "->"
+    static const char* const ownedPointerToken; // "=>"
+
+    State() noexcept = default;
+    State (const State& other);
+    explicit State (bool value);
+    explicit State (int64_t value);
+    explicit State (int value) : State ((int64_t) value) {}
+    explicit State (double value);
+    explicit State (const juce::String& value);
+    explicit State (const char* value);
+    explicit State (UniqueIdentifier weakPointerTarget);
+    explicit State (const ClassExpression* classValue);
+    explicit State (const Object* nativePointer);
+    State (uint64_t size, void* data, bool copy);
+    State (const void* compressedData, uint64_t compressedSize, uint64_t uncompressedSize);
+    ~State();
+
+    State& operator= (const State& other)                       { other.copyTo (*this); return *this; }
+
+    //==============================================================================
+    // Node fields
+    StateType getType() const noexcept                          { return type; }
+    static juce::String typeToString (StateType type);
+
+    const ClassExpression* getClassExpression() const noexcept  { return classExpression; }
+    void setClassExpression (const ClassExpression* expression) noexcept;
+    void setAtomicClassExpression (const juce::String& className);
+    void setClass (Class* nodeClass);
+
+    UniqueIdentifier getUniqueIdentifier() const noexcept       { return uniqueIdentifier; }
+    void setUniqueIdentifier (UniqueIdentifier identifier) noexcept { uniqueIdentifier = identifier; }
+
+    uint64_t getVersionNumber() const noexcept                  { return versionNumber; }
+    void setVersionNumber (uint64_t version) noexcept           { versionNumber = version; }
+
+    const juce::String& getSource() const noexcept              { return source; }
+    void setSource (const juce::String& newSource)              { source = newSource; }
+
+    //==============================================================================
+    // Values. Getters do not check the type: consult getType or checkType first.
+    void setVoid()                                              { clearValue(); }
+    void setBoolean (bool value);
+    void setInteger (int64_t value);
+    void setReal (double value);
+    void setString (const juce::String& value);
+    void setUniqueIdentifierValue (UniqueIdentifier value);
+    void setOwnedPointer (const std::shared_ptr<State>& target);
+    void setClassExpressionValue (const ClassExpression* expression);
+    void setClassValue (const Class* valueClass);
+    void setNativePointer (const Object* object);
+    void setBuffer (const RawBuffer& buffer);
+    void setBuffer (uint64_t size, void* data, bool copy);
+
+    bool getBoolean() const noexcept                            { return payload.word != 0; }
+    int64_t getInteger() const noexcept                         { return payload.integer; }
+    double getReal() const noexcept                             { return payload.real; }
+    const juce::String& getString() const noexcept              { return *payload.string; }
+    UniqueIdentifier getUniqueIdentifierValue() const noexcept  { return UniqueIdentifier (payload.word); }
+    std::shared_ptr<State> getOwnedPointer() const              { return *payload.ownedPointer; }
+    const ClassExpression* getClassExpressionValue() const noexcept { return payload.classExpression; }
+    const Object* getNativePointer() const noexcept             { return payload.nativePointer; }
+    const RawBuffer& getBuffer() const noexcept                 { return *payload.buffer; }
+    RawBuffer& getBuffer() noexcept                             { return *payload.buffer; }
+
+    //==============================================================================
+    // Variables
+    size_t getNumVariables() const noexcept;
+    const juce::String& getVariableName (size_t index) const    { return (*payload.variables)[index].first; }
+    void setVariableName (size_t index, const juce::String& name) { (*payload.variables)[index].first = name; }
+    const State& getVariableStateRef (size_t index) const       { return *(*payload.variables)[index].second; }
+    State& getVariableStateRef (size_t index)                   { return *(*payload.variables)[index].second; }
+    const std::shared_ptr<State>& getVariableState (size_t index) const { return (*payload.variables)[index].second; }
+    void setVariableState (size_t index, const std::shared_ptr<State>& state) { (*payload.variables)[index].second = state; }
+    const Variables& getVariables() const                       { return *payload.variables; }
+
+    int findVariable (juce::StringRef name) const;
+    std::shared_ptr<State> getVariableStateByName (juce::StringRef name) const;
+    const State* getVariableStateByNameRef (juce::StringRef name) const;
+    State* getVariableStateByNameRef (juce::StringRef name);
+
+    void addVariable (const juce::String& name, const std::shared_ptr<State>& state, bool atFront = false);
+    void addVariable (const std::shared_ptr<State>& state, bool atFront = false) { addVariable ({}, state, atFront); }
+    void reserveVariables (size_t count);
+    std::shared_ptr<State> removeVariable (juce::StringRef name);
+    void removeVariable (size_t index);
+    void removeEmptyVariables();
+
+    //==============================================================================
+    // Classes
+    Class* getClass (juce::String* error = nullptr) const;
+    Class* getClassValue (bool compatibility = true) const;
+    std::vector<Class*> getClassVector() const;
+
+    /** On a mismatch sets error to "Wrong type: expected X, found Y (in ...)". */
+    bool checkType (StateType expected, juce::String& error) const;
+
+    //==============================================================================
+    // Comparison, hashing, copying
+    bool equals (const State& other) const;
+    bool operator== (const State& other) const                  { return equals (other); }
+    bool operator!= (const State& other) const                  { return ! equals (other); }
+    static bool equals (const std::shared_ptr<State>& a, const std::shared_ptr<State>& b);
+
+    void hash (StateHasher& hasher, const State* excluded = nullptr) const;
+    uint64_t computeHash (const State* excluded = nullptr) const;
+
+    /** Shallow: copies one level; variables' states are shared afterwards. */
+    void copyTo (State& target) const;
+    std::shared_ptr<State> clone (UniqueIdentifier mask) const;
+    void clearUniqueIdentifiers();
+
+    //==============================================================================
+    // Rendering
+    juce::String toString() const                               { return toShortString ((uint64_t) -1); }
+    juce::String toShortString (uint64_t maxDepth = (uint64_t) -1) const;
+
+    //==============================================================================
+    // Text form
+    /** Parses a State text; on failure reports through the context and returns null. */
+    static std::shared_ptr<State> createFromStateString (ExecutionContext& context, const juce::String& text,
+                                                         const juce::String& source, StateParserCallback* callback = nullptr);
+
+    /** Clears the value and makes the node void; class, identifier and version stay. */
+    void clearValue();
+
+private:
+    const ClassExpression* classExpression = nullptr;
+    UniqueIdentifier uniqueIdentifier;
+    uint64_t versionNumber = 0;
+    StateType type = StateType::voidType;
+    juce::String source;
+    mutable Class* classOfValue = nullptr;
+    mutable Class* classOfNode = nullptr;
+
+    union Payload
+    {
+        uint64_t word;
+        int64_t integer;
+        double real;
+        juce::String* string;
+        std::shared_ptr<State>* ownedPointer;
+        Variables* variables;
+        const ClassExpression* classExpression;
+        const Object* nativePointer;
+        RawBuffer* buffer;
+    } payload { 0 };
+
+    void setType (StateType newType);
+};
+
+/** An ordered list of names and shared States, scanned linearly; also the storage of attributes. */
+class StateMap
+{
+public:
+    using Entry = std::pair<juce::String, std::shared_ptr<State>>;
+
+    int find (juce::StringRef name) const;
+
+    /** The entry of that name, added at the end with a null state when absent. */
+    std::shared_ptr<State>& operator[] (juce::StringRef name);
+
+    /** Overwrites entries of the same name in place and appends new ones; states are shared. */
+    void append (const StateMap& other);
+    void remove (juce::StringRef name);
+
+    const std::shared_ptr<State>& getState (size_t index) const { return entries[index].second; }
+    State* getStateRef (size_t index) const                     { return entries[index].second.get(); }
+    const juce::String& getStateName (size_t index) const       { return entries[index].first; }
+    const std::vector<Entry>& getMap() const noexcept           { return entries; }
+
+    void clear()                                                { entries.clear(); }
+    size_t size() const noexcept                                { return entries.size(); }
+    bool isEmpty() const noexcept                               { return entries.empty(); }
+    bool isNotEmpty() const noexcept                            { return ! entries.empty(); }
+
+private:
+    std::vector<Entry> entries;
+};
+
+} // namespace tov

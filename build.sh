@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs tov.
+#   ./build.sh main    build everything and run the main example
+#   ./build.sh test    build everything and run the whole test suite
+#   ./build.sh build   build only
+set -euo pipefail
+cd "$(dirname "$0")"
+
+install_packages() {
+    local missing=()
+    while read -r package; do
+        [ -z "$package" ] && continue
+        dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")
+    done < .ci/packages
+    if [ ${#missing[@]} -gt 0 ]; then
+        apt-get update
+        DEBIAN_FRONTEND=noninteractive apt-get install -y "${missing[@]}"
+    fi
+}
+
+build() {
+    export CCACHE_BASEDIR="$PWD"
+    cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+    cmake --build build -j"$(nproc)"
+}
+
+command=${1:-main}
+install_packages
+build
+case "$command" in
+    main)  ./build/Examples/ObjectModelExample ;;
+    test)  ctest --test-dir build --output-on-failure -j"$(nproc)" ;;
+    build) ;;
+    *)     echo "usage: $0 [main|test|build]" >&2; exit 2 ;;
+esac
