@@ -348,6 +348,8 @@ std::vector<Class*> Class::getClassVectorAttribute (juce::StringRef name) const
 //==============================================================================
 bool Class::inheritsFrom (const Class* other) const
 {
+    if (other == nullptr)
+        return false;
     for (const Class* level = this; level != nullptr; level = level->baseClass)
         if (level == other)
             return true;

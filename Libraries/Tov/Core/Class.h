@@ -122,6 +122,8 @@ public:
     // Relations
     Class* getBaseClass() const noexcept                   { return baseClass; }
     bool inheritsFrom (const Class* other) const;
+    /** False when either class is null. */
+    static bool inheritsFrom (const Class* derived, const Class* base) { return derived != nullptr && base != nullptr && derived->inheritsFrom (base); }
     static Class* findCommonBaseClass (Class* a, Class* b);
     Class* getClassRelativeToThis (const juce::String& text) const;
     /** For class Foo and suffix "Editor", the class FooEditor or that of the nearest base class; cached. */

@@ -84,6 +84,7 @@ public: \
     static const ::tov::ClassDeclaration& getClassDeclaration(); \
 protected: \
     ::tov::Class* lookUpClass() const override; \
+    const char* getDeclaredClassName() const override { return #ClassName; } \
 public:
 
 /** Declares a reflected class inside its body. */

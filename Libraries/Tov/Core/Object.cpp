@@ -17,10 +17,11 @@ const ClassDeclaration& Object::getClassDeclaration()
     return declaration;
 }
 
+// Copies the class only: the members of a derived class are not constructed yet
+// while this runs, so their values are copied by their own copy constructors.
 Object::Object (const Object& other)
     : objectClass (other.objectClass)
 {
-    other.copyTo (*this);
 }
 
 Object::~Object()
@@ -36,7 +37,10 @@ Object::~Object()
     walkViews ([this] (View* view) { view->deletedCallback (this); });
     detachAllViews();
     views.reset();
-    uniqueIdentifier = UniqueIdentifier::getDeletedObjectIdentifier();
+
+    // A store into an object that is ending its life may be optimised away;
+    // hasBeenDeleted depends on this one reaching memory.
+    *reinterpret_cast<volatile uint64_t*> (&uniqueIdentifier) = UniqueIdentifier::getDeletedObjectIdentifier().getInt64();
 }
 
 //==============================================================================
@@ -61,6 +65,8 @@ juce::String Object::getClassName() const
 {
     if (objectClass != nullptr)
         return objectClass->getName();
+    if (auto* declaredName = getDeclaredClassName())
+        return declaredName;
     return Class::getName (typeid (*this));
 }
 

@@ -243,6 +243,9 @@ public:
 protected:
     virtual Class* lookUpClass() const;
 
+    /** The name that the class declaration gives; null for a type that is not declared. */
+    virtual const char* getDeclaredClassName() const { return nullptr; }
+
     /** Runs callback on every view in order, surviving views that detach or attach during the walk. */
     template <class Callback>
     void walkViews (Callback&& callback);
