@@ -1,1 +1,107 @@
-int main() { return 0; }
+// Declares a small reflected hierarchy, creates objects and walks their
+// variables by name, printing each value beside its class default.
+#include <Tov/Core/Object.h>
+#include <Tov/Core/ClassRegistry.h>
+#include <Tov/Core/ObjectImporter.h>
+#include <iostream>
+
+using namespace tov;
+
+// Two value classes: one holding a text, one holding a count.
+class Text : public Object
+{
+public:
+    TOV_DECLARE_CLASS (Text, Object)
+    juce::String value;
+    juce::String toString() const override { return value; }
+    bool equalsSameClass (const Object& other) const override { return value == static_cast<const Text&> (other).value; }
+    void copyTo (Object& target) const override { copyClassTo (target); static_cast<Text&> (target).value = value; }
+    bool load (ObjectImporter& importer) override
+    {
+        if (! importer.checkType (StateType::stringType))
+            return false;
+        value = importer.getCurrentState()->getString();
+        return true;
+    }
+};
+
+class Count : public Object
+{
+public:
+    TOV_DECLARE_CLASS (Count, Object)
+    int64_t value = 0;
+    juce::String toString() const override { return juce::String (value); }
+    bool equalsSameClass (const Object& other) const override { return value == static_cast<const Count&> (other).value; }
+    void copyTo (Object& target) const override { copyClassTo (target); static_cast<Count&> (target).value = value; }
+    bool load (ObjectImporter& importer) override
+    {
+        if (! importer.checkType (StateType::integerType))
+            return false;
+        value = importer.getCurrentState()->getInteger();
+        return true;
+    }
+};
+
+// The two classes of the example: a person, and an employee who is one.
+class Person : public Object
+{
+public:
+    TOV_DECLARE_CLASS (Person, Object)
+    Text name;
+    Count age;
+};
+
+class Employee : public Person
+{
+public:
+    TOV_DECLARE_CLASS (Employee, Person)
+    Text team;
+    Count yearsOfService;
+};
+
+TOV_BEGIN_CLASS (Text)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (Count)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (Person, { "friendlyName", "\"Human Being\"" })
+    TOV_VARIABLE (name, { "default", "\"Anonymous\"" })
+    TOV_VARIABLE (age, { "default", "18" })
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (Employee)
+    TOV_VARIABLE (team, { "default", "\"Research\"" })
+    TOV_VARIABLE (yearsOfService)
+TOV_END_CLASS()
+
+static void printObject (Object& object)
+{
+    auto* objectClass = object.getClass();
+    std::cout << objectClass->getName() << " (" << objectClass->getFriendlyName() << ")\n";
+    for (size_t i = 0; i < object.getNumVariables(); ++i)
+    {
+        auto* signature = object.getVariableSignature (i);
+        auto* variable = object.getVariableByName (signature->getName());
+        std::cout << "  " << signature->getName() << " = " << variable->toString()
+                  << "  (default " << variable->getDefaultValue()->toString() << ")\n";
+    }
+}
+
+int main()
+{
+    ClassRegistry::getInstance().initializeAllClasses();
+
+    auto* person = static_cast<Person*> (Person::staticClass.createObject());
+    auto* employee = static_cast<Employee*> (getClass ("Employee")->createObject());
+    employee->name.value = "Ada";
+    employee->yearsOfService.value = 7;
+
+    printObject (*person);
+    printObject (*employee);
+    std::cout << employee->toString() << "\n";
+
+    person->deleteThis();
+    employee->deleteThis();
+    return 0;
+}

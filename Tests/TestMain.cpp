@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <Tov/Core/ClassRegistry.h>
 #include <juce_events/juce_events.h>
 #include <cstdlib>
 
@@ -11,5 +12,6 @@ int main (int argc, char** argv)
     ::setenv ("TZ", "UTC", 1);
     testing::InitGoogleTest (&argc, argv);
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
+    tov::ClassRegistry::getInstance().initializeAllClasses();
     return RUN_ALL_TESTS();
 }

@@ -24,6 +24,13 @@ Class* ClassRegistry::findClass (const juce::String& name)
     return found != classesByName.end() ? found->second : nullptr;
 }
 
+void ClassRegistry::initializeAllClasses()
+{
+    std::lock_guard<std::recursive_mutex> lock (classesLock);
+    for (auto& entry : classesByName)
+        entry.second->initializeClass();
+}
+
 Class* ClassRegistry::resolve (const ClassExpression* expression, juce::String* error)
 {
     if (expression == nullptr)

@@ -26,6 +26,9 @@ public:
     Class* resolve (const ClassExpression* expression, juce::String* error = nullptr);
     Class* findClass (const juce::String& name);
 
+    /** Runs initializeClass on every class registered so far. */
+    void initializeAllClasses();
+
 private:
     std::recursive_mutex classesLock;
     std::map<juce::String, Class*> classesByName;
