@@ -2,6 +2,7 @@
 // variables by name, printing each value beside its class default.
 #include <Tov/Core/Object.h>
 #include <Tov/Core/ClassRegistry.h>
+#include <Tov/Core/Library.h>
 #include <Tov/Core/ObjectImporter.h>
 #include <iostream>
 
@@ -90,7 +91,12 @@ static void printObject (Object& object)
 
 int main()
 {
-    ClassRegistry::getInstance().initializeAllClasses();
+    auto* example = new NamedLibrary ("Example", {});
+    example->addClass<Text>();
+    example->addClass<Count>();
+    example->addClass<Person>();
+    example->addClass<Employee>();
+    initializeTov()->addLibrary (example);
 
     auto* person = static_cast<Person*> (Person::staticClass.createObject());
     auto* employee = static_cast<Employee*> (getClass ("Employee")->createObject());
@@ -103,5 +109,6 @@ int main()
 
     person->deleteThis();
     employee->deleteThis();
+    deinitializeTov();
     return 0;
 }

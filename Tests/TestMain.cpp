@@ -1,10 +1,10 @@
+#include "Support/TestValues.h"
 #include <gtest/gtest.h>
-#include <Tov/Core/ClassRegistry.h>
 #include <juce_events/juce_events.h>
 #include <cstdlib>
 
 // The test program holds JUCE's GUI initialiser for its whole life, as an
-// application does, so that the message manager exists on this thread.
+// application does, and the library tree with a "Tests" library of test classes.
 int main (int argc, char** argv)
 {
     ::unsetenv ("DISPLAY");
@@ -12,6 +12,9 @@ int main (int argc, char** argv)
     ::setenv ("TZ", "UTC", 1);
     testing::InitGoogleTest (&argc, argv);
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
-    tov::ClassRegistry::getInstance().initializeAllClasses();
-    return RUN_ALL_TESTS();
+
+    tov::initializeTov()->addLibrary (tov::test::createTestLibrary());
+    const int result = RUN_ALL_TESTS();
+    tov::deinitializeTov();
+    return result;
 }

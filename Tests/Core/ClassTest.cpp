@@ -87,6 +87,7 @@ TEST (ClassTest, MembersInDeclarationOrderInheritedFirst)
 
 TEST (ClassTest, FindCommonBaseClass)
 {
+    Square::staticClass.initializeClass();
     EXPECT_EQ (Class::findCommonBaseClass (&Shape::staticClass, &Shape::staticClass), &Shape::staticClass);
     EXPECT_EQ (Class::findCommonBaseClass (&RoundedRectangle::staticClass, &Shape::staticClass), &Shape::staticClass);
     EXPECT_EQ (Class::findCommonBaseClass (&RoundedRectangle::staticClass, &Square::staticClass), &Rectangle::staticClass);

@@ -34,6 +34,20 @@ TOV_END_CLASS()
 TOV_BEGIN_CLASS (AbstractShape)
 TOV_END_CLASS()
 
+Library* createTestLibrary()
+{
+    auto* library = new NamedLibrary ("Tests", {});
+    library->addClass<TestInteger>();
+    library->addClass<TestText>();
+    library->addClass<Incomparable>();
+    library->addClass<Shape>();
+    library->addClass<Rectangle>();
+    library->addClass<RoundedRectangle>();
+    library->addClass<Empty>();
+    library->addClass<AbstractShape>();
+    return library;
+}
+
 //==============================================================================
 void TestInteger::set (int64_t newValue, bool notify)
 {

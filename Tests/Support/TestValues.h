@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tov/Core/Object.h>
+#include <Tov/Core/Library.h>
 
 // Small value classes for tests of the object model, standing in for the
 // library's own value classes.
@@ -96,5 +96,8 @@ public:
     TOV_DECLARE_CLASS (AbstractShape, Object)
     virtual double getArea() const = 0;
 };
+
+/** A library named "Tests" holding the classes above. */
+Library* createTestLibrary();
 
 } // namespace tov::test

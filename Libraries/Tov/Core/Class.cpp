@@ -64,6 +64,9 @@ void Class::initializeClass()
     errors.clear();
     declareMemberVariables (context);
     declareMethods (context);
+
+    if (auto* registry = ClassRegistry::getInstanceIfExists())
+        registry->declareClass (this);
 }
 
 void Class::inheritMembersFromBaseClass()
@@ -85,6 +88,8 @@ void Class::deinitializeClass()
     if (! initialized)
         return;
     releaseDefaultObject();
+    if (auto* registry = ClassRegistry::getInstanceIfExists())
+        registry->undeclareClass (this);
     initialized = false;
     memberVariables.clear();
     methods.clear();
@@ -516,12 +521,12 @@ void Class::setDefaultValuesRecursively (Object* object)
 //==============================================================================
 juce::String Class::getName() const
 {
-    return expression != nullptr ? expression->toString() : juce::String();
+    return expression != nullptr ? expression->toString() : juce::String (declaredName);
 }
 
 juce::String Class::getStrippedName() const
 {
-    return expression != nullptr ? expression->strip() : juce::String();
+    return expression != nullptr ? expression->strip() : juce::String (declaredName);
 }
 
 juce::String Class::getName (const std::type_info& type)

@@ -64,6 +64,8 @@ public:
     Library* getLibrary() const noexcept                   { return library; }
     void setLibrary (Library* newLibrary) noexcept         { library = newLibrary; }
     const ClassExpression* getExpression() const noexcept  { return expression; }
+    /** The name a declaration gives, which serves until a library names the class. */
+    void setDeclaredName (const char* name) noexcept       { declaredName = name; }
     void setExpression (const ClassExpression* newExpression) noexcept { expression = newExpression; }
 
     //==============================================================================
@@ -160,6 +162,7 @@ private:
     bool initialized = false;
     Library* library = nullptr;
     const ClassExpression* expression = nullptr;
+    const char* declaredName = nullptr;
     juce::CriticalSection defaultObjectLock;
     Object* defaultObject = nullptr;
     mutable juce::CriticalSection friendlyNameLock;

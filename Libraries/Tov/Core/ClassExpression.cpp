@@ -77,4 +77,32 @@ const ClassExpression* createAtomicClassExpression (const juce::String& name)
     return slot.get();
 }
 
+const ClassExpression* createTemplateClassExpression (const juce::String& templateName, const std::shared_ptr<State>& arguments)
+{
+    static std::mutex lock;
+    static std::vector<std::unique_ptr<ClassExpression>> expressions;
+
+    std::lock_guard<std::mutex> guard (lock);
+    for (auto& expression : expressions)
+        if (expression->getIdentifier() == templateName && State::equals (expression->getClassGeneratorArgumentsPtr(), arguments))
+            return expression.get();
+    expressions.push_back (std::make_unique<ClassExpression> (ClassExpression::templateApplication, templateName, nullptr, arguments));
+    return expressions.back().get();
+}
+
+// Plain names only for now; "tov::" is the library's own namespace and names the same class.
+const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage)
+{
+    auto name = text.trim();
+    if (name.startsWith ("tov::"))
+        name = name.substring (5);
+    if (name.isEmpty() || ! juce::CharacterFunctions::isLetter (name[0]) || name.containsAnyOf (" ,{}():=\t\r\n[]"))
+    {
+        if (errorMessage != nullptr)
+            *errorMessage = "Could not parse class expression: " + text;
+        return nullptr;
+    }
+    return createAtomicClassExpression (name);
+}
+
 } // namespace tov

@@ -56,4 +56,10 @@ private:
 /** The interned atomic expression of the name, made when new. */
 const ClassExpression* createAtomicClassExpression (const juce::String& name);
 
+/** The interned template expression of the name with these arguments, made when new. */
+const ClassExpression* createTemplateClassExpression (const juce::String& templateName, const std::shared_ptr<State>& arguments);
+
+/** Parses and interns a class expression; null with the reason in errorMessage (which may be null). */
+const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage);
+
 } // namespace tov

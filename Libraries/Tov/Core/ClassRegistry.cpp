@@ -1,34 +1,66 @@
 #include "ClassRegistry.h"
+#include "AutoDeclaredSingletons.h"
 #include "Class.h"
 #include "ClassExpression.h"
+#include "ClassGenerator.h"
 
 namespace tov
 {
 
-ClassRegistry& ClassRegistry::getInstance()
+static juce::CriticalSection& getCreationLock()
 {
-    static ClassRegistry registry;
-    return registry;
+    static juce::CriticalSection lock;
+    return lock;
 }
 
-void ClassRegistry::addDeclaredClass (const juce::String& name, Class* declaredClass)
+static std::atomic<ClassRegistry*> registryInstance { nullptr };
+static bool registryBeingCreated = false;
+
+ClassRegistry* ClassRegistry::getInstance()
 {
-    std::lock_guard<std::recursive_mutex> lock (classesLock);
-    classesByName[name] = declaredClass;
+    if (auto* existing = registryInstance.load())
+        return existing;
+
+    const juce::ScopedLock lock (getCreationLock());
+    if (auto* existing = registryInstance.load())
+        return existing;
+    if (registryBeingCreated)
+        return nullptr;
+
+    registryBeingCreated = true;
+    registryInstance = new ClassRegistry();
+    registryBeingCreated = false;
+    return registryInstance.load();
 }
 
-Class* ClassRegistry::findClass (const juce::String& name)
+ClassRegistry* ClassRegistry::getInstanceIfExists()
 {
-    std::lock_guard<std::recursive_mutex> lock (classesLock);
-    auto found = classesByName.find (name);
-    return found != classesByName.end() ? found->second : nullptr;
+    return registryInstance.load();
 }
 
-void ClassRegistry::initializeAllClasses()
+void ClassRegistry::destroyInstance()
 {
-    std::lock_guard<std::recursive_mutex> lock (classesLock);
-    for (auto& entry : classesByName)
-        entry.second->initializeClass();
+    const juce::ScopedLock lock (getCreationLock());
+    delete registryInstance.exchange (nullptr);
+}
+
+ClassRegistry::~ClassRegistry()
+{
+    rootLibrary.reset();
+    autoDeclaredSingletons.clear();
+}
+
+//==============================================================================
+void ClassRegistry::addClass (const ClassExpression* expression, Class* declaredClass)
+{
+    const juce::ScopedLock lock (classesLock);
+    classesByExpression[expression] = declaredClass;
+}
+
+void ClassRegistry::removeClass (const ClassExpression* expression)
+{
+    const juce::ScopedLock lock (classesLock);
+    classesByExpression.erase (expression);
 }
 
 Class* ClassRegistry::resolve (const ClassExpression* expression, juce::String* error)
@@ -39,25 +71,154 @@ Class* ClassRegistry::resolve (const ClassExpression* expression, juce::String* 
             *error = "no class expression";
         return nullptr;
     }
-    auto* found = findClass (expression->toString());
-    if (found == nullptr && error != nullptr)
-        *error = "Could not find class " + expression->toString();
-    return found;
+
+    const juce::ScopedLock lock (classesLock);
+    if (expression->getType() == ClassExpression::classParameter)
+        return resolveClassParameter (expression, error);
+
+    auto found = classesByExpression.find (expression);
+    if (found != classesByExpression.end())
+        return found->second;
+
+    if (expression->getType() == ClassExpression::templateApplication)
+        return generateClass (expression, error);
+
+    if (error != nullptr)
+        *error = "Could not find class " + expression->toString().quoted();
+    return nullptr;
 }
 
-void registerDeclaredClass (Class* declaredClass, const char* name)
+Class* ClassRegistry::resolveClassParameter (const ClassExpression* expression, juce::String* error)
 {
-    ClassRegistry::getInstance().addDeclaredClass (name, declaredClass);
+    auto* baseClass = resolve (expression->getClassParameterExpression(), error);
+    if (baseClass == nullptr)
+        return nullptr;
+    baseClass->initializeClass();
+    if (auto* parameter = baseClass->AttributesHost::getClassAttribute (expression->getIdentifier(), nullptr))
+        return parameter;
+    if (expression->getIdentifier() == "interpolationKey")
+        return baseClass;
+    if (error != nullptr)
+        *error = "Could not find parameter " + expression->getIdentifier() + " in class "
+               + expression->getClassParameterExpression()->toString();
+    return nullptr;
 }
 
-Class* getClass (const juce::String& name)
+// A generated class enters the map before it initialises, so that a member of
+// type OwnedVector(X) inside X itself finds it instead of recursing.
+Class* ClassRegistry::generateClass (const ClassExpression* expression, juce::String* error)
 {
-    return ClassRegistry::getInstance().findClass (name);
+    const juce::ScopedLock lock (generatorsLock);
+    auto entry = generators.find (expression->getIdentifier());
+    if (entry == generators.end() || entry->second.generator == nullptr)
+    {
+        if (error != nullptr)
+            *error = "Could not find class generator " + expression->getIdentifier().quoted();
+        return nullptr;
+    }
+
+    juce::String reason;
+    auto* generator = entry->second.generator;
+    Class* generated = generator->create (expression->getClassGeneratorArguments(), reason);
+    if (generated == nullptr)
+    {
+        if (error != nullptr)
+            *error = reason;
+        return nullptr;
+    }
+
+    generated->setLibrary (generator->getLibrary());
+    generated->setExpression (expression);
+    entry->second.generatedClasses.emplace_back (generated);
+    addClass (expression, generated);
+    generated->initializeClass();
+    return generated;
 }
 
-bool hasClass (const juce::String& name)
+//==============================================================================
+void ClassRegistry::addGenerator (const juce::String& name, ClassGenerator* generator)
 {
-    return getClass (name) != nullptr;
+    const juce::ScopedLock lock (generatorsLock);
+    generators[name].generator = generator;
 }
+
+void ClassRegistry::removeGenerator (const juce::String& name)
+{
+    const juce::ScopedLock classes (classesLock);
+    const juce::ScopedLock lock (generatorsLock);
+    auto entry = generators.find (name);
+    if (entry == generators.end())
+        return;
+    for (auto& generated : entry->second.generatedClasses)
+    {
+        classesByExpression.erase (generated->getExpression());
+        generated->deinitializeClass();
+    }
+    generators.erase (entry);
+}
+
+void ClassRegistry::releaseGeneratedDefaultObjects (const juce::String& generatorName)
+{
+    const juce::ScopedLock lock (generatorsLock);
+    auto entry = generators.find (generatorName);
+    if (entry != generators.end())
+        for (auto& generated : entry->second.generatedClasses)
+            generated->releaseDefaultObject();
+}
+
+void ClassRegistry::addAutoDeclaredSingletons (AutoDeclaredSingletons* singletons)
+{
+    autoDeclaredSingletons.emplace_back (singletons);
+}
+
+void ClassRegistry::removeAutoDeclaredSingletons (AutoDeclaredSingletons* singletons)
+{
+    for (auto it = autoDeclaredSingletons.begin(); it != autoDeclaredSingletons.end(); ++it)
+        if (it->get() == singletons)
+        {
+            autoDeclaredSingletons.erase (it);
+            return;
+        }
+}
+
+void ClassRegistry::declareClass (Class* declaredClass)
+{
+    for (auto& singletons : autoDeclaredSingletons)
+        singletons->declareClass (declaredClass);
+}
+
+void ClassRegistry::undeclareClass (Class* declaredClass)
+{
+    for (auto& singletons : autoDeclaredSingletons)
+        singletons->undeclareClass (declaredClass);
+}
+
+//==============================================================================
+Class* getClass (const juce::String& text)
+{
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    if (registry == nullptr)
+        return nullptr;
+    auto* expression = createClassExpressionFromString (text, nullptr);
+    return expression != nullptr ? registry->resolve (expression, nullptr) : nullptr;
+}
+
+bool hasClass (const juce::String& text)
+{
+    return getClass (text) != nullptr;
+}
+
+Class* getTemplateClass (const juce::String& templateName, Class* argument)
+{
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    if (argument == nullptr || registry == nullptr)
+        return nullptr;
+    auto arguments = std::make_shared<State>();
+    arguments->setClassValue (argument);
+    return registry->resolve (createTemplateClassExpression (templateName, arguments), nullptr);
+}
+
+Class* ownedVectorClass (Class* targetClass)   { return getTemplateClass ("OwnedVector", targetClass); }
+Class* ownedPointerClass (Class* targetClass)  { return getTemplateClass ("OwnedPointer", targetClass); }
 
 } // namespace tov

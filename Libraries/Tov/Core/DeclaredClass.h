@@ -9,9 +9,6 @@ namespace tov
 
 class ExecutionContext;
 
-/** Registers a declared class by name, so that it can be found before the library tree exists. */
-void registerDeclaredClass (Class* declaredClass, const char* name);
-
 /** Applies the attributes of a declaration to a class or to one of its signatures. */
 void declareAttributesFromText (Class& owner, ExecutionContext& context, AttributesHost* target,
                                 const AttributeTextList& attributes, const juce::String& sourcePrefix);
@@ -31,8 +28,7 @@ class DeclaredClass : public MetaclassBase
 public:
     explicit DeclaredClass (const char* name)
     {
-        this->setExpression (createAtomicClassExpression (name));
-        registerDeclaredClass (this, name);
+        this->setDeclaredName (name);
     }
 
     bool isAbstract() const override

@@ -211,7 +211,8 @@ Class* State::getClass (juce::String* error) const
         return nullptr;
     }
     if (classOfNode == nullptr)
-        classOfNode = ClassRegistry::getInstance().resolve (classExpression, error);
+        if (auto* registry = ClassRegistry::getInstanceIfExists())
+            classOfNode = registry->resolve (classExpression, error);
     return classOfNode;
 }
 
@@ -220,7 +221,8 @@ Class* State::getClassValue (bool /*compatibility*/) const
     if (classOfValue == nullptr && type == StateType::classExpressionType && payload.classExpression != nullptr)
     {
         juce::String discarded;
-        classOfValue = ClassRegistry::getInstance().resolve (payload.classExpression, &discarded);
+        if (auto* registry = ClassRegistry::getInstanceIfExists())
+            classOfValue = registry->resolve (payload.classExpression, &discarded);
     }
     return classOfValue;
 }
