@@ -1,6 +1,7 @@
 #include "TovLibrary.h"
 #include "Core/Library.h"
 #include "Core/ClassExpression.h"
+#include "Core/DynamicallyLinkedLibrary.h"
 #include "Standard/ExecutionContext.h"
 
 namespace tov
@@ -19,6 +20,7 @@ Library* createTovCoreLibrary()
     library->addClass<Object>();
     library->addClass<Class>();
     library->addClass<Library>();
+    library->addClass<DynamicallyLinkedLibrary>();
     return library;
 }
 

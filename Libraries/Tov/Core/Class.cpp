@@ -355,9 +355,13 @@ bool Class::inheritsFrom (const Class* other) const
 {
     if (other == nullptr)
         return false;
-    for (const Class* level = this; level != nullptr; level = level->baseClass)
+    // A class that no library initialised yet learns its base here.
+    for (Class* level = const_cast<Class*> (this); level != nullptr; level = level->baseClass)
+    {
         if (level == other)
             return true;
+        level->initializeClass();
+    }
     return false;
 }
 

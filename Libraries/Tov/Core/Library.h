@@ -53,6 +53,7 @@ public:
     void removeClass (Class* declaredClass);
     size_t getNumClasses() const noexcept               { return classes.size(); }
     Class* getClass (size_t index) const                { return classes[index]; }
+    using Object::getClass;
     void getAllClassesInheritedFrom (Class* baseClass, bool excludeAbstract, std::vector<Class*>& result) const;
     Class* getClassByUuid (const juce::Uuid& uuid) const;
 
