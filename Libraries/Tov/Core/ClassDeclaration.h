@@ -72,6 +72,10 @@ class DeclaredClass;
 template <class T>
 Class* classOf() { return &T::getStaticClass(); }
 
+/** The class of T; the pointer only selects T, so templates such as OwnedPointer<T> can reach it. */
+template <class T>
+Class* getClassPointerByLookup (const T*) { return classOf<T>(); }
+
 } // namespace tov
 
 /** Declares a reflected class inside its body, with a metaclass derived from MetaclassBase. */
