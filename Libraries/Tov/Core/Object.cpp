@@ -3,6 +3,7 @@
 #include "ObjectExporter.h"
 #include "ObjectImporter.h"
 #include "ObjectSpace.h"
+#include "StateObjectExporter.h"
 #include "../Standard/ExecutionContext.h"
 
 namespace tov
@@ -504,6 +505,29 @@ bool Object::loadFromState (ExecutionContext& context, const std::shared_ptr<Sta
     const bool result = importer.load (*this);
     finishApplyingVariableConstraintsOnParents (marked);
     return result;
+}
+
+std::shared_ptr<State> Object::makeState (bool withoutDefaults, bool writeClass) const
+{
+    return StateObjectExporter::make (*this, withoutDefaults ? exportWithoutDefaults : 0, writeClass);
+}
+
+Object* Object::createFromState (ExecutionContext& context, const std::shared_ptr<State>& state, Object* parent)
+{
+    juce::String reason;
+    Class* objectClass = state->getClass (&reason);
+    if (objectClass == nullptr)
+    {
+        context.error (reason);
+        return nullptr;
+    }
+    Object* object = objectClass->createObject (parent);
+    if (object != nullptr)
+    {
+        ObjectImporter importer (context, state);
+        importer.load (*object);
+    }
+    return object;
 }
 
 //==============================================================================

@@ -186,6 +186,10 @@ public:
     virtual void saveVariable (ObjectExporter& exporter, size_t index) const;
     virtual bool loadVariable (ObjectImporter& importer, juce::StringRef name);
     bool loadFromState (ExecutionContext& context, const std::shared_ptr<State>& state);
+    /** The object as a State; without defaults, embedded values equal to their defaults are left out. */
+    std::shared_ptr<State> makeState (bool withoutDefaults = true, bool writeClass = false) const;
+    /** A new object of the class the state names, loaded from it; null with the lookup's words on the context. */
+    static Object* createFromState (ExecutionContext& context, const std::shared_ptr<State>& state, Object* parent = nullptr);
 
     //==============================================================================
     // Names and texts

@@ -51,6 +51,18 @@ public:
     /** Writes the variable under its signature's name, when the signature may be saved. */
     void saveVariable (const VariableSignature& signature, const Object& variable);
 
+    // Each writes one named variable: enterVariable, one write, leaveVariable.
+    void saveVariable (const juce::String& name, bool value);
+    void saveVariable (const juce::String& name, int64_t value);
+    void saveVariable (const juce::String& name, double value);
+    void saveVariable (const juce::String& name, const juce::String& value);
+    void saveVariable (const juce::String& name, const char* value);
+    void saveVariable (const juce::String& name, const UniqueIdentifier& value);
+    void saveVariable (const juce::String& name, const std::shared_ptr<State>& value);
+    void saveVariable (const juce::String& name, uint64_t size, void* data, bool copy);
+    void saveVariable (const juce::String& name, const Object* pointedObject, Class* declaredClass);
+    void saveVariable (const juce::String& name, const Object& object);
+
     /** Enters a named variable for the life of the scope. */
     class Scope
     {

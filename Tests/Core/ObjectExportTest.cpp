@@ -1,0 +1,248 @@
+#include "Support/TestValues.h"
+#include <Tov/Core/ObjectImporter.h>
+#include <Tov/Core/StateObjectExporter.h>
+#include <Tov/Standard/ExecutionContext.h>
+#include <gtest/gtest.h>
+
+using namespace tov;
+using namespace tov::test;
+
+namespace
+{
+struct ObjectDeleter
+{
+    void operator() (Object* object) const { object->deleteThis(); }
+};
+
+template <class T>
+std::unique_ptr<T, ObjectDeleter> create()
+{
+    return std::unique_ptr<T, ObjectDeleter> (static_cast<T*> (T::getStaticClass().createObject (nullptr)));
+}
+
+/** Holds a heap object, written through writeOwnedPointer. */
+class Container : public Object
+{
+public:
+    TOV_DECLARE_CLASS (Container, Object)
+
+    Object* content = nullptr;
+    ~Container() override { if (content != nullptr) content->deleteThis(); }
+
+    void save (ObjectExporter& exporter) const override
+    {
+        exporter.saveVariable ("content", content, &Shape::staticClass);
+    }
+
+    bool load (ObjectImporter& importer) override
+    {
+        ObjectImporter::Scope scope (importer, "content");
+        return scope.isOpen() && importer.readObject (this, content, &Shape::staticClass);
+    }
+};
+TOV_BEGIN_CLASS (Container)
+TOV_END_CLASS()
+}
+
+TEST (ObjectExportTest, DefaultsArePrunedToVoid)
+{
+    auto shape = create<Shape>();
+    auto state = shape->makeState (true, false);
+    EXPECT_EQ (state->getType(), StateType::voidType);
+    EXPECT_EQ (state->toShortString(), "void");
+}
+
+TEST (ObjectExportTest, ChangedValuesAreKept)
+{
+    auto shape = create<RoundedRectangle>();
+    shape->width.set (3);
+    EXPECT_EQ (shape->makeState (true, false)->toShortString(), "{width = 3}");
+    EXPECT_EQ (shape->makeState (false, false)->toShortString(), "{title = \"untitled\", width = 3, height = 5, cornerRadius = 0}");
+    auto withClass = shape->makeState (true, true);
+    ASSERT_NE (withClass->getClassExpression(), nullptr);
+    EXPECT_EQ (withClass->getClassExpression()->toString(), "RoundedRectangle");
+    EXPECT_EQ (withClass->getClass(), &RoundedRectangle::staticClass);
+}
+
+TEST (ObjectExportTest, ReadOnlyVariablesAreSavedOnlyWithTransientFlag)
+{
+    auto shape = create<Rectangle>();
+    auto state = StateObjectExporter::make (*shape, exportTransientVariables, false);
+    EXPECT_NE (state->findVariable ("marker"), -1);
+    EXPECT_EQ (shape->makeState (false, false)->findVariable ("marker"), -1);
+}
+
+TEST (ObjectExportTest, HeapObjectsCarryIdentifiersUnlessAsked)
+{
+    auto shape = create<Shape>();
+    shape->setUniqueIdentifier (UniqueIdentifier (0x77));
+    EXPECT_EQ (shape->makeState (false, false)->getUniqueIdentifier(), UniqueIdentifier (0x77));
+    EXPECT_TRUE (StateObjectExporter::make (*shape, exportWithoutIdentifiers, false)->getUniqueIdentifier().isNull());
+}
+
+TEST (ObjectExportTest, IdentifierOnLoad)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto source = create<Shape>();
+    source->setUniqueIdentifier (UniqueIdentifier (0x55));
+
+    auto fresh = create<Shape>();
+    fresh->loadFromState (context, StateObjectExporter::make (*source, exportWithoutIdentifiers, false));
+    EXPECT_TRUE (fresh->getUniqueIdentifier().isNull());
+
+    fresh->loadFromState (context, source->makeState (false, false));
+    EXPECT_EQ (fresh->getUniqueIdentifier(), UniqueIdentifier (0x55));
+
+    auto named = create<Shape>();
+    named->setUniqueIdentifier (UniqueIdentifier (0x66));
+    named->loadFromState (context, source->makeState (false, false));
+    EXPECT_EQ (named->getUniqueIdentifier(), UniqueIdentifier (0x66));
+    EXPECT_TRUE (log.isEmpty());
+}
+
+TEST (ObjectExportTest, DerivedStateLoadsIntoBaseObject)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto derived = create<Rectangle>();
+    derived->width.set (8);
+    derived->height.set (9);
+    auto base = create<Shape>();
+    EXPECT_TRUE (base->loadFromState (context, derived->makeState (true, true)));
+    EXPECT_EQ (base->getClass(), &Shape::staticClass);
+    EXPECT_EQ (base->width.get(), 8);
+    EXPECT_EQ (log, "Warning: Unknown variable height in Shape (in ObjectImporter::sendUnknownVariableWarning)\n");
+}
+
+TEST (ObjectExportTest, BaseStateIntoDerivedObjectFails)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto base = create<Shape>();
+    base->width.set (2);
+    auto derived = create<Rectangle>();
+    EXPECT_FALSE (derived->loadFromState (context, base->makeState (true, true)));
+    EXPECT_EQ (log, "Error: Invalid class: expected Rectangle found Shape (in Loading {width = 2})\n");
+}
+
+TEST (ObjectExportTest, CreateFromStateMakesTheNamedClass)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto source = create<RoundedRectangle>();
+    source->cornerRadius.set (4);
+    auto* copy = Object::createFromState (context, source->makeState (true, true));
+    ASSERT_NE (copy, nullptr);
+    EXPECT_EQ (copy->getClass(), &RoundedRectangle::staticClass);
+    EXPECT_TRUE (copy->equalsIgnoringReadOnly (*source, false));
+    copy->deleteThis();
+
+    auto unknown = std::make_shared<State>();
+    unknown->setAtomicClassExpression ("Unheard");
+    EXPECT_EQ (Object::createFromState (context, unknown), nullptr);
+    EXPECT_EQ (log, "Error: Could not find class \"Unheard\"\n");
+}
+
+TEST (ObjectExportTest, NullOwnedPointerSavesAsNullWeakPointer)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto container = create<Container>();
+    auto state = container->makeState (false, false);
+    EXPECT_EQ (state->toShortString(), "{content = -> nil}");
+    auto loaded = create<Container>();
+    EXPECT_TRUE (loaded->loadFromState (context, state));
+    EXPECT_EQ (loaded->content, nullptr);
+}
+
+TEST (ObjectExportTest, OwnedPointerWritesClassOnlyWhenItAddsInformation)
+{
+    auto container = create<Container>();
+    container->content = Shape::staticClass.createObject (container.get());
+    EXPECT_EQ (container->makeState (false, false)->toShortString(), "{content = => {title = \"untitled\", width = 10}}");
+    container->content->deleteThis();
+    container->content = Rectangle::staticClass.createObject (container.get());
+    auto state = container->makeState (true, false);
+    auto target = state->getVariableStateRef (0).getOwnedPointer();
+    EXPECT_EQ (target->getClassExpression()->toString(), "Rectangle");
+
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto loaded = create<Container>();
+    EXPECT_TRUE (loaded->loadFromState (context, state));
+    ASSERT_NE (loaded->content, nullptr);
+    EXPECT_EQ (loaded->content->getClass(), &Rectangle::staticClass);
+    EXPECT_EQ (loaded->content->getParent(), loaded.get());
+}
+
+TEST (ObjectExportTest, MissingWeakTargetNamesTheParentPath)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto state = std::make_shared<State>();
+    state->addVariable ("content", std::make_shared<State> (UniqueIdentifier (0xabc)));
+    auto container = create<Container>();
+    EXPECT_FALSE (container->loadFromState (context, state));
+    EXPECT_EQ (log, "Error: Could not find object with uid @abc in Container (in StateObjectImporter::readObject)\n");
+}
+
+TEST (ObjectExportTest, PendingStateIsCreatedOnFirstUseAndFoundAfterwards)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto pendingShape = std::make_shared<State>();
+    pendingShape->setClass (&Shape::staticClass);
+    pendingShape->setUniqueIdentifier (UniqueIdentifier (0x10));
+    ObjectImporter::PendingStates pending { { UniqueIdentifier (0x10), pendingShape } };
+
+    auto weak = std::make_shared<State>();
+    weak->addVariable (std::make_shared<State> (UniqueIdentifier (0x10)));
+    weak->addVariable (std::make_shared<State> (UniqueIdentifier (0x10)));
+    ObjectImporter importer (context, weak, &pending);
+    Object* first = nullptr;
+    Object* second = nullptr;
+    {
+        ObjectImporter::Scope scope (importer, (size_t) 0);
+        EXPECT_TRUE (importer.readObject (nullptr, first, nullptr));
+    }
+    EXPECT_TRUE (pending.empty());
+    {
+        ObjectImporter::Scope scope (importer, (size_t) 1);
+        EXPECT_TRUE (importer.readObject (nullptr, second, nullptr));
+    }
+    ASSERT_NE (first, nullptr);
+    EXPECT_EQ (first, second);
+    EXPECT_EQ (first->getUniqueIdentifier(), UniqueIdentifier (0x10));
+    first->deleteThis();
+}
+
+TEST (ObjectExportTest, ReadBufferTakesOwnershipOrDecodesBase64)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto bufferState = std::make_shared<State> ((uint64_t) 3, (void*) "abc", true);
+    const void* bytes = bufferState->getBuffer().getData();
+    ObjectImporter importer (context, bufferState);
+    RawBuffer out;
+    bool changed = false;
+    EXPECT_TRUE (importer.readBuffer (out, changed));
+    EXPECT_TRUE (changed);
+    EXPECT_EQ (out.getData(), bytes);
+    EXPECT_FALSE (bufferState->getBuffer().isDataOwned());
+
+    auto bad = std::make_shared<State> ("***");
+    ObjectImporter badImporter (context, bad);
+    RawBuffer untouched (2, "xy", true);
+    EXPECT_FALSE (badImporter.readBuffer (untouched, changed));
+    EXPECT_EQ (untouched, RawBuffer (2, "xy", false));
+    EXPECT_EQ (log, "Error: bad base64 format (in \"***\") (in ObjectImporter::readBuffer)\n");
+}
+
+TEST (ObjectExportTest, BuffersAsBase64)
+{
+    StateObjectExporter exporter (exportBuffersAsBase64);
+    exporter.writeBuffer (3, (void*) "abc", false);
+    EXPECT_EQ (exporter.getRootState()->getType(), StateType::stringType);
+    EXPECT_EQ (exporter.getRootState()->getString(), juce::MemoryBlock ("abc", 3).toBase64Encoding());
+}
