@@ -59,6 +59,9 @@ const ClassExpression* createAtomicClassExpression (const juce::String& name);
 /** The interned template expression of the name with these arguments, made when new. */
 const ClassExpression* createTemplateClassExpression (const juce::String& templateName, const std::shared_ptr<State>& arguments);
 
+/** The interned expression of the class-valued attribute of the base expression's class, made when new. */
+const ClassExpression* createClassParameterExpression (const ClassExpression* base, const juce::String& attributeName);
+
 /** Parses and interns a class expression; null with the reason in errorMessage (which may be null). */
 const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage);
 
