@@ -3,6 +3,7 @@
 #include "Core/ClassExpression.h"
 #include "Core/DynamicallyLinkedLibrary.h"
 #include "Standard/ExecutionContext.h"
+#include "Standard/StateObject.h"
 
 namespace tov
 {
@@ -41,6 +42,7 @@ Library* createTovMessageLibrary()
 Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
+    library->addClass<StateObject>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
