@@ -139,6 +139,18 @@ TEST_F (LoggerThreadTest, TheRunningThreadWritesAndClosesEverythingWhenStopped)
     EXPECT_TRUE (logger.deleteFileUnlessOpen (file));
 }
 
+TEST_F (LoggerThreadTest, DestroyingARunningLoggerStopsItFirst)
+{
+    const auto file = directory.getChildFile ("destroyed.txt");
+    {
+        LoggerThread logger;
+        logger.startThread();
+        logger.enqueue (file, LoggerThread::printCommand, "kept");
+        ASSERT_TRUE (logger.waitUntilDrained (5000));
+    }
+    EXPECT_EQ (readBytes (file), "kept");
+}
+
 TEST_F (LoggerThreadTest, WaitUntilDrainedTimesOutWhileNobodyDrains)
 {
     LoggerThread logger;
@@ -185,17 +197,28 @@ TEST_F (LoggerThreadTest, EightThreadsKeepEveryLineInOrderWhileLogsRotate)
         files.add (view->getLogFile());
     }
 
+    // From here on every log of the test is open.
+    program.waitForLogger();
+    auto openLogs = files;
+    openLogs.add (program.getLogFile ("Program", ".txt", true));
+
     std::atomic<bool> writing { true };
     std::atomic<int> numRotations { 0 };
+    std::atomic<int> numOpenLogsDeleted { 0 };
     std::thread rotation ([&]
     {
         while (writing)
         {
             program.logMaxSize (0);
             ++numRotations;
+            for (auto& log : openLogs)
+                if (! log.existsAsFile())
+                    ++numOpenLogsDeleted;
             juce::Thread::sleep (5);
         }
     });
+
+    const auto writingStart = juce::Time::getMillisecondCounterHiRes();
 
     std::vector<std::thread> writers;
     for (int i = 0; i < numThreads; ++i)
@@ -222,10 +245,13 @@ TEST_F (LoggerThreadTest, EightThreadsKeepEveryLineInOrderWhileLogsRotate)
 
     for (auto& writer : writers)
         writer.join();
+    const auto writingTime = juce::Time::getMillisecondCounterHiRes() - writingStart;
     writing = false;
     rotation.join();
 
+    EXPECT_GE (writingTime, durationMilliseconds - 50.0);
     EXPECT_GT (numRotations.load(), 10);
+    EXPECT_EQ (numOpenLogsDeleted.load(), 0);
     for (auto& old : oldLogs)
         EXPECT_FALSE (old.exists()) << old.getFileName();
 

@@ -8,8 +8,10 @@ LoggerThread::LoggerThread() : juce::Thread ("Logger")
 {
 }
 
+// The streams belong to the running thread: it must be gone before they are closed here.
 LoggerThread::~LoggerThread()
 {
+    stopThread (-1);
     closeAllStreams();
 }
 

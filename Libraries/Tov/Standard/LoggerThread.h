@@ -44,7 +44,8 @@ public:
     /** Waits until every entry queued so far has been handled; false on time-out. */
     bool waitUntilDrained (int timeOutMilliseconds);
 
-    /** Handles everything queued so far; true when there was anything. The thread's own step. */
+    /** Handles everything queued so far; true when there was anything. The thread's own step:
+        call it yourself only on a logger that was never started. */
     bool drain();
 
     void run() override;
