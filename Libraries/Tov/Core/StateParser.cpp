@@ -76,6 +76,73 @@ namespace
         return strtod_l (bytes.c_str(), nullptr, cLocale);
     }
 
+    // The length of the well-formed UTF-8 sequence at the bytes, or 0 for an
+    // ill-formed one (overlong forms, surrogates, values above U+10FFFF and
+    // truncated sequences are all ill-formed).
+    size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept
+    {
+        const uint8_t lead = bytes[0];
+        if (lead < 0x80)
+            return 1;
+
+        size_t length = 0;
+        uint8_t secondLow = 0x80, secondHigh = 0xbf;
+        if (lead >= 0xc2 && lead <= 0xdf)      length = 2;
+        else if (lead == 0xe0)                 { length = 3; secondLow = 0xa0; }
+        else if (lead == 0xed)                 { length = 3; secondHigh = 0x9f; }
+        else if (lead >= 0xe1 && lead <= 0xef) length = 3;
+        else if (lead == 0xf0)                 { length = 4; secondLow = 0x90; }
+        else if (lead == 0xf4)                 { length = 4; secondHigh = 0x8f; }
+        else if (lead >= 0xf1 && lead <= 0xf3) length = 4;
+        else                                   return 0;
+
+        if (available < length || bytes[1] < secondLow || bytes[1] > secondHigh)
+            return 0;
+        for (size_t i = 2; i < length; ++i)
+            if (bytes[i] < 0x80 || bytes[i] > 0xbf)
+                return 0;
+        return length;
+    }
+
+    // A juce::String can carry ill-formed UTF-8, which JUCE's conversions then
+    // decode inconsistently (an overlong sequence may even swallow the next
+    // character). The parser works on bytes, so it first replaces each byte of
+    // an ill-formed sequence by U+FFFD; well-formed texts are left untouched.
+    juce::String makeWellFormedUtf8 (const juce::String& text)
+    {
+        const auto* bytes = reinterpret_cast<const uint8_t*> (text.toRawUTF8());
+        const size_t numBytes = text.getNumBytesAsUTF8();
+
+        size_t firstBad = 0;
+        while (firstBad < numBytes)
+        {
+            const size_t length = getUtf8SequenceLength (bytes + firstBad, numBytes - firstBad);
+            if (length == 0)
+                break;
+            firstBad += length;
+        }
+        if (firstBad == numBytes)
+            return text;
+
+        juce::MemoryOutputStream repaired (numBytes + 16);
+        repaired.write (bytes, firstBad);
+        for (size_t i = firstBad; i < numBytes;)
+        {
+            const size_t length = getUtf8SequenceLength (bytes + i, numBytes - i);
+            if (length == 0)
+            {
+                repaired.write ("\xef\xbf\xbd", 3);
+                ++i;
+            }
+            else
+            {
+                repaired.write (bytes + i, length);
+                i += length;
+            }
+        }
+        return juce::String::fromUTF8 (static_cast<const char*> (repaired.getData()), (int) repaired.getDataSize());
+    }
+
     juce::String unescape (const juce::String& body)
     {
         return body.replace ("\\\\", "\\").replace ("\\\"", "\"");
@@ -127,14 +194,14 @@ private:
 //==============================================================================
 StateParser::StateParser (ExecutionContext& context, const juce::String& textToParse, const juce::String& source,
                           juce::InputStream* binary, StateParserCallback* callback)
-    : textString (textToParse), source (source), binary (binary), context (context), callback (callback)
+    : textString (makeWellFormedUtf8 (textToParse)), source (source), binary (binary), context (context), callback (callback)
 {
     text = textString.toRawUTF8();
     length = textString.getNumBytesAsUTF8();
     savedPositions.reserve (32);
 }
 
-std::unique_ptr<State> StateParser::parseTopLevelState()
+std::shared_ptr<State> StateParser::parseTopLevelState()
 {
     return parseState (true);
 }
@@ -247,7 +314,7 @@ bool StateParser::readIdentifierName (Token& token)
 }
 
 //==============================================================================
-std::unique_ptr<State> StateParser::parseState (bool topLevel)
+std::shared_ptr<State> StateParser::parseState (bool topLevel)
 {
     if (aborted)
         return nullptr;
@@ -266,8 +333,61 @@ std::unique_ptr<State> StateParser::parseState (bool topLevel)
         return nullptr;
     }
 
+    if (topLevel)
+    {
+        Rule rule (*this);
+        std::shared_ptr<State> state = parseStateAt (true);
+        if (state != nullptr)
+            rule.succeed();
+        return state;
+    }
+
+    if (auto* earlier = findEarlierParse())
+    {
+        deepest = std::max (deepest, depth + earlier->height - 1);
+        if (earlier->state != nullptr)
+        {
+            position = earlier->end.position;
+            line = earlier->end.line;
+            column = earlier->end.column;
+        }
+        return earlier->state;
+    }
+
     Rule rule (*this);
-    auto state = std::make_unique<State>();
+    const size_t start = position;
+    const uint32_t outerDeepest = deepest;
+    deepest = depth;
+
+    std::shared_ptr<State> state = parseStateAt (false);
+
+    const uint32_t height = deepest - depth + 1;
+    deepest = std::max (outerDeepest, deepest);
+    earlierParses[start] = { state, { position, line, column }, height };
+    if (state != nullptr)
+        rule.succeed();
+    return state;
+}
+
+// Backtracking may reach the same text again from another enclosing rule: a
+// "{" block that fails falls back on a class expression, after which the
+// enclosing list goes on over what the block had read, and so on up the
+// levels. A nested state depends on nothing but the text from its position,
+// so each is parsed once and its result, failure or node, is taken again;
+// this keeps the parse linear. The result is taken only if its nesting still
+// fits under the depth limit from here, so that the limit acts as it would
+// without the shortcut. The callback sees each node once.
+const StateParser::EarlierParse* StateParser::findEarlierParse() const
+{
+    const auto found = earlierParses.find (position);
+    if (found == earlierParses.end() || depth + found->second.height - 1 > maximumDepth)
+        return nullptr;
+    return &found->second;
+}
+
+std::shared_ptr<State> StateParser::parseStateAt (bool topLevel)
+{
+    auto state = std::make_shared<State>();
 
     {
         Rule prefix (*this);
@@ -300,7 +420,6 @@ std::unique_ptr<State> StateParser::parseState (bool topLevel)
         report ("Unexpected expression at the end of state: " + getPositionReport());
         return nullptr;
     }
-    rule.succeed();
     return state;
 }
 
@@ -458,7 +577,7 @@ bool StateParser::parseOwnedPointer (State& state)
     auto target = parseState (false);
     if (target == nullptr)
         return false;
-    state.setOwnedPointer (std::shared_ptr<State> (std::move (target)));
+    state.setOwnedPointer (target);
     return rule.succeed();
 }
 
@@ -550,7 +669,7 @@ bool StateParser::parseVariable (State& state)
         report ("Could not parse object state.");
         return false;
     }
-    state.addVariable (name, std::shared_ptr<State> (std::move (variable)));
+    state.addVariable (name, variable);
     return rule.succeed();
 }
 
@@ -678,7 +797,7 @@ std::shared_ptr<State> State::createFromStateString (ExecutionContext& context, 
                                                      const juce::String& source, StateParserCallback* callback)
 {
     StateParser parser (context, text, source, nullptr, callback);
-    std::shared_ptr<State> state = parser.parseTopLevelState();
+    auto state = parser.parseTopLevelState();
     if (state == nullptr)
         context.error ("Could not parse value \"" + text + "\"");
     return state;

@@ -3,6 +3,7 @@
 #include <juce_core/juce_core.h>
 #include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace tov
@@ -54,7 +55,8 @@ class UniqueIdentifier;
     deeper text fails with "Too deeply nested state".
 
     The parser works in place on the UTF-8 bytes of the text; a token is a view
-    of them until its value is converted.
+    of them until its value is converted. Bytes of ill-formed UTF-8 sequences
+    read as U+FFFD, so that every token converts to the same text every time.
 */
 class StateParser
 {
@@ -67,7 +69,7 @@ public:
                  juce::InputStream* binary = nullptr, StateParserCallback* callback = nullptr);
 
     /** Parses the text as one state that must extend to the end of the text; null on failure. */
-    std::unique_ptr<State> parseTopLevelState();
+    std::shared_ptr<State> parseTopLevelState();
 
     /** Parses a class expression at the current position and interns it; null when there is none.
         A failed class expression is not an error in itself and is not reported.
@@ -112,6 +114,18 @@ private:
     StateParserCallback* callback;
     bool aborted = false;
     uint32_t depth = 0;
+    uint32_t deepest = 0;
+
+    /** What parsing a nested state at a position gave: the node or null, where
+        it ended, and how many levels it used, itself included. */
+    struct EarlierParse
+    {
+        std::shared_ptr<State> state;
+        Position end;
+        uint32_t height;
+    };
+
+    std::unordered_map<size_t, EarlierParse> earlierParses;
 
     // Primitive steps. The position runs up to length + 1, which stands for
     // "the end of the text has been consumed by a token".
@@ -125,7 +139,9 @@ private:
     bool readIdentifierName (Token& token);
 
     // Productions
-    std::unique_ptr<State> parseState (bool topLevel);
+    std::shared_ptr<State> parseState (bool topLevel);
+    std::shared_ptr<State> parseStateAt (bool topLevel);
+    const EarlierParse* findEarlierParse() const;
     bool parseIdentifier (UniqueIdentifier& identifier);
     bool parseVersion (uint64_t& version);
     bool parseValue (State& state);
