@@ -363,7 +363,10 @@ std::shared_ptr<State> StateParser::parseState (bool topLevel)
 
     const uint32_t height = deepest - depth + 1;
     deepest = std::max (outerDeepest, deepest);
-    earlierParses[start] = { state, { position, line, column }, height };
+    if (state == nullptr)
+        startBacktracking();
+    if (backtracking)
+        earlierParses[start] = { state, { position, line, column }, height };
     if (state != nullptr)
         rule.succeed();
     return state;
@@ -372,13 +375,23 @@ std::shared_ptr<State> StateParser::parseState (bool topLevel)
 // Backtracking may reach the same text again from another enclosing rule: a
 // "{" block that fails falls back on a class expression, after which the
 // enclosing list goes on over what the block had read, and so on up the
-// levels. A nested state depends on nothing but the text from its position,
-// so each is parsed once and its result, failure or node, is taken again;
-// this keeps the parse linear. The result is taken only if its nesting still
-// fits under the depth limit from here, so that the limit acts as it would
-// without the shortcut. The callback sees each node once.
+// levels, which takes exponential time. A nested state depends on nothing but
+// the text from its position, so once backtracking has begun (a nested state,
+// block or template argument list has failed after reading some of the text)
+// each result, failure or node, is remembered and taken again: no position is
+// then parsed more than twice. Texts that parse at once never backtrack and
+// pay nothing for this. A result is taken again only if its nesting still fits
+// under the depth limit from here, so that the limit acts as it would without
+// the shortcut. The callback sees each node once.
+void StateParser::startBacktracking() noexcept
+{
+    backtracking = true;
+}
+
 const StateParser::EarlierParse* StateParser::findEarlierParse() const
 {
+    if (! backtracking)
+        return nullptr;
     const auto found = earlierParses.find (position);
     if (found == earlierParses.end() || depth + found->second.height - 1 > maximumDepth)
         return nullptr;
@@ -623,7 +636,10 @@ bool StateParser::parseVariableBlock (State& state)
         return false;
     rule.keepPosition();
     state.reserveVariables (0);
-    return parseVariables (state) && matchLiteral (State::closeScope);
+    if (parseVariables (state) && matchLiteral (State::closeScope))
+        return true;
+    startBacktracking();
+    return false;
 }
 
 // A "}" ends the list without being consumed, which is what allows a trailing
@@ -720,7 +736,10 @@ const ClassExpression* StateParser::parseTemplateForm()
 
     auto arguments = std::make_shared<State>();
     if (! parseVariables (*arguments) || ! matchLiteral (")"))
+    {
+        startBacktracking();
         return nullptr;
+    }
 
     if (arguments->getNumVariables() == 1)
         arguments = arguments->getVariableState (0);

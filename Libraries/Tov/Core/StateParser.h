@@ -125,6 +125,7 @@ private:
         uint32_t height;
     };
 
+    bool backtracking = false;
     std::unordered_map<size_t, EarlierParse> earlierParses;
 
     // Primitive steps. The position runs up to length + 1, which stands for
@@ -141,6 +142,7 @@ private:
     // Productions
     std::shared_ptr<State> parseState (bool topLevel);
     std::shared_ptr<State> parseStateAt (bool topLevel);
+    void startBacktracking() noexcept;
     const EarlierParse* findEarlierParse() const;
     bool parseIdentifier (UniqueIdentifier& identifier);
     bool parseVersion (uint64_t& version);
