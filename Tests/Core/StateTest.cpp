@@ -412,6 +412,26 @@ TEST (StateTest, CopyToItselfChangesNothing)
     EXPECT_EQ (list->toShortString(), "{x = 1}");
 }
 
+TEST (StateTest, CopyToAnOwnerOfTheSource)
+{
+    // The list alone keeps its variable's state alive; copying that state over
+    // the list must not read the state after the list has let it go.
+    auto list = makeList ({ { "a", makeList ({ { "b", makeInteger (1) } }) } });
+    std::weak_ptr<State> child = list->getVariableState (0);
+    list->getVariableStateRef (0).copyTo (*list);
+
+    EXPECT_TRUE (child.expired());
+    EXPECT_EQ (list->toShortString(), "{b = 1}");
+}
+
+TEST (StateTest, RemoveEmptyVariablesKeepsNullStates)
+{
+    auto list = makeList ({ { "a", nullptr }, { "b", std::make_shared<State>() } });
+    list->removeEmptyVariables();
+    ASSERT_EQ (list->getNumVariables(), 1u);
+    EXPECT_EQ (list->getVariableName (0), "a");
+}
+
 TEST (StateTest, CloneIsFullySeparate)
 {
     auto source = makeObject ("Foo", 9, { { "x", makeInteger (1) }, { "s", makeString ("t") } });

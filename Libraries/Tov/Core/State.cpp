@@ -194,7 +194,7 @@ void State::removeEmptyVariables()
         return;
     auto& variables = *payload.variables;
     variables.erase (std::remove_if (variables.begin(), variables.end(),
-                                     [] (const Variable& v) { return v.second->getType() == StateType::voidType; }),
+                                     [] (const Variable& v) { return v.second != nullptr && v.second->getType() == StateType::voidType; }),
                      variables.end());
     if (variables.empty())
         clearValue();
@@ -254,25 +254,39 @@ bool State::checkType (StateType expected, juce::String& error) const
 }
 
 //==============================================================================
+// The value is copied before the target is cleared, since the target may be
+// what keeps this node alive (as when a node is assigned one of its children).
 void State::copyTo (State& target) const
 {
     if (&target == this)
         return;
 
+    const auto copiedType = type;
+    const auto copiedPayload = copyPayload();
+    const auto copiedSource = source;
     target.classExpression = classExpression;
     target.uniqueIdentifier = uniqueIdentifier;
     target.versionNumber = versionNumber;
+
     target.clearValue();
-    target.setType (type);
-    target.source = source;
+    target.type = copiedType;
+    target.payload = copiedPayload;
+    target.source = copiedSource;
+}
+
+// A separately allocated copy of the payload; a list shares its variables' states.
+State::Payload State::copyPayload() const
+{
+    Payload copy { payload.word };
     switch (type)
     {
-        case StateType::stringType:       *target.payload.string = *payload.string; break;
-        case StateType::ownedPointerType: *target.payload.ownedPointer = *payload.ownedPointer; break;
-        case StateType::variablesType:    *target.payload.variables = *payload.variables; break;
-        case StateType::bufferType:       *target.payload.buffer = *payload.buffer; break;
-        default:                          target.payload.word = payload.word; break;
+        case StateType::stringType:       copy.string = new juce::String (*payload.string); break;
+        case StateType::ownedPointerType: copy.ownedPointer = new std::shared_ptr<State> (*payload.ownedPointer); break;
+        case StateType::variablesType:    copy.variables = new Variables (*payload.variables); break;
+        case StateType::bufferType:       copy.buffer = new RawBuffer (*payload.buffer); break;
+        default:                          break;
     }
+    return copy;
 }
 
 bool State::equals (const std::shared_ptr<State>& a, const std::shared_ptr<State>& b)

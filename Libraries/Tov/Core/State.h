@@ -246,6 +246,7 @@ private:
     } payload { 0 };
 
     void setType (StateType newType);
+    Payload copyPayload() const;
 
     friend class StateCloner;
 };

@@ -3,7 +3,6 @@
 #include "StateParserCallback.h"
 #include "ClassExpression.h"
 #include "../Standard/ExecutionContext.h"
-#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -71,9 +70,14 @@ namespace
     // process's locale says the decimal point is.
     double readDecimalPrefix (const char* start, size_t length)
     {
-        static const locale_t cLocale = newlocale (LC_NUMERIC_MASK, "C", (locale_t) nullptr);
         const std::string bytes (start, length);
+       #if JUCE_WINDOWS
+        static const _locale_t cLocale = _create_locale (LC_NUMERIC, "C");
+        return _strtod_l (bytes.c_str(), nullptr, cLocale);
+       #else
+        static const locale_t cLocale = newlocale (LC_NUMERIC_MASK, "C", (locale_t) nullptr);
         return strtod_l (bytes.c_str(), nullptr, cLocale);
+       #endif
     }
 
     // The length of the well-formed UTF-8 sequence at the bytes, or 0 for an
@@ -615,8 +619,11 @@ void StateParser::readBufferBytes (State& state, uint64_t offset, uint64_t size)
         || ! binary->setPosition ((int64_t) offset))
         return;
 
+    // Streams read at most an int's worth at a time. Should the stream give
+    // less than its length promised, the rest is zeroed rather than left undefined.
     auto* destination = static_cast<char*> (state.getBuffer().allocateData (size));
-    for (uint64_t done = 0; done < size;)
+    uint64_t done = 0;
+    while (done < size)
     {
         const int chunk = (int) std::min<uint64_t> (size - done, (uint64_t) std::numeric_limits<int>::max());
         const int numRead = binary->read (destination + done, chunk);
@@ -624,6 +631,8 @@ void StateParser::readBufferBytes (State& state, uint64_t offset, uint64_t size)
             break;
         done += (uint64_t) numRead;
     }
+    if (done < size)
+        std::memset (destination + done, 0, (size_t) (size - done));
 }
 
 // Once "{" is read the block keeps its position even when it fails, so that
