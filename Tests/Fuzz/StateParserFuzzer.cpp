@@ -13,6 +13,7 @@
 #include <Tov/Standard/ExecutionContext.h>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 using namespace tov;
 
@@ -47,10 +48,22 @@ namespace
     }
 }
 
+// An input with a zero byte is a text and, after the zero, the binary stream
+// that its buffers are read from; any other input is a text alone.
 extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, size_t size)
 {
     ExecutionContext context;
-    auto state = State::createFromStateStringBuffer (context, data, (uint64_t) size, "fuzz");
+    std::shared_ptr<State> state;
+    if (auto* zero = static_cast<const uint8_t*> (std::memchr (data, 0, size)))
+    {
+        const auto textSize = (size_t) (zero - data);
+        juce::MemoryInputStream text (data, textSize, false), binary (zero + 1, size - textSize - 1, false);
+        state = State::parse (context, text, binary, "fuzz");
+    }
+    else
+    {
+        state = State::createFromStateStringBuffer (context, data, (uint64_t) size, "fuzz");
+    }
     if (state != nullptr)
         exerciseTree (*state);
 
