@@ -18,7 +18,6 @@ class Object;
 class ExecutionContext;
 class StateParserCallback;
 class StateCloner;
-class StatePrinter;
 
 /** The eleven kinds of value a State node holds; typeToString gives their words. */
 enum class StateType : uint32_t
