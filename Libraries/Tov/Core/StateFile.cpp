@@ -3,6 +3,7 @@
 #include "State.h"
 #include "../Standard/ExecutionContext.h"
 #include <lz4.h>
+#include <cstdio>
 
 namespace tov
 {
@@ -12,6 +13,16 @@ static constexpr size_t fileBufferSize = 32768;
 static juce::File getSibling (const juce::File& file)
 {
     return file.getSiblingFile (file.getFileName() + ".bin");
+}
+
+// juce::File::moveFileTo deletes the target before it moves, which leaves a moment
+// without any document. rename() replaces the target in one step; across file
+// systems, where it cannot, the copying move is the fallback.
+static bool replaceFile (const juce::File& source, const juce::File& target)
+{
+    if (::rename (source.getFullPathName().toRawUTF8(), target.getFullPathName().toRawUTF8()) == 0)
+        return true;
+    return source.moveFileTo (target);
 }
 
 juce::File State::createTemporaryFileFrom (const juce::String& fileName, const juce::File& directory)
@@ -28,12 +39,15 @@ juce::File State::createTemporaryFileFrom (const juce::String& fileName, const j
 }
 
 // The target is touched only by the final moves, so a crash while printing
-// leaves the former document whole.
+// leaves the former document whole. Without a temporary directory the
+// temporaries stand beside the target: a move within one file system is a
+// rename, which no crash can leave half done.
 bool State::saveToFile (ExecutionContext& context, const juce::File& file, const juce::File& temporaryDirectory) const
 {
     const auto sibling = getSibling (file);
-    const auto textTemporary = createTemporaryFileFrom (file.getFileName(), temporaryDirectory);
-    const auto binaryTemporary = createTemporaryFileFrom (sibling.getFileName(), temporaryDirectory);
+    const auto directory = temporaryDirectory != juce::File() ? temporaryDirectory : file.getParentDirectory();
+    const auto textTemporary = createTemporaryFileFrom (file.getFileName(), directory);
+    const auto binaryTemporary = createTemporaryFileFrom (sibling.getFileName(), directory);
 
     if (file.isDirectory())
     {
@@ -59,7 +73,7 @@ bool State::saveToFile (ExecutionContext& context, const juce::File& file, const
         binary->flush();
     }
 
-    if (! textTemporary.moveFileTo (file))
+    if (! replaceFile (textTemporary, file))
     {
         context.error ("Could not overwrite file " + file.getFileName());
         return false;
@@ -69,7 +83,7 @@ bool State::saveToFile (ExecutionContext& context, const juce::File& file, const
         binaryTemporary.deleteFile();
         return true;
     }
-    if (! binaryTemporary.moveFileTo (sibling))
+    if (! replaceFile (binaryTemporary, sibling))
     {
         context.error ("Could not overwrite file " + sibling.getFileName());
         return false;
