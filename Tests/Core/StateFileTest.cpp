@@ -151,21 +151,6 @@ TEST (StateFileTest, DirectoriesAndMissingFiles)
     EXPECT_EQ (context.errors[2], "File " + (scratch / "missing.txt").getFullPathName() + " does not exist");
 }
 
-TEST (StateFileTest, UnreadableFiles)
-{
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "permissions do not stop root";
-    ScratchDirectory scratch;
-    const auto file = scratch / "locked.txt";
-    file.replaceWithText ("1");
-    file.setReadOnly (true);
-    ::chmod (file.getFullPathName().toRawUTF8(), 0);
-    RecordingExecutionContext context;
-    EXPECT_EQ (State::createFromStateFile (context, file), nullptr);
-    ASSERT_EQ (context.errors.size(), 1u);
-    EXPECT_EQ (context.errors[0], "File locked.txt cannot be opened for reading");
-}
-
 TEST (StateFileTest, TemporaryFilesDoNotCollide)
 {
     ScratchDirectory scratch;
