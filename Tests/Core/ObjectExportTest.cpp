@@ -246,3 +246,93 @@ TEST (ObjectExportTest, BuffersAsBase64)
     EXPECT_EQ (exporter.getRootState()->getType(), StateType::stringType);
     EXPECT_EQ (exporter.getRootState()->getString(), juce::MemoryBlock ("abc", 3).toBase64Encoding());
 }
+
+namespace
+{
+/** Two classes alike but for the name of their one variable, and one with a version. */
+class NamedA : public Object
+{
+public:
+    TOV_DECLARE_CLASS (NamedA, Object)
+    TestInteger first;
+};
+class NamedB : public Object
+{
+public:
+    TOV_DECLARE_CLASS (NamedB, Object)
+    TestInteger second;
+};
+class VersionedMetaclass : public Class
+{
+public:
+    uint64_t version = 1;
+    uint64_t getVersion() const override { return version; }
+};
+class Versioned : public Object
+{
+public:
+    TOV_DECLARE_CLASS_WITH_METACLASS (Versioned, Object, VersionedMetaclass)
+    TestInteger first;
+};
+TOV_BEGIN_CLASS (NamedA)
+    TOV_VARIABLE (first)
+TOV_END_CLASS()
+TOV_BEGIN_CLASS (NamedB)
+    TOV_VARIABLE (second)
+TOV_END_CLASS()
+TOV_BEGIN_CLASS (Versioned)
+    TOV_VARIABLE (first)
+TOV_END_CLASS()
+}
+
+TEST (ObjectExportTest, HashIgnoresVersionsAndSeesVariableNames)
+{
+    auto versioned = create<Versioned>();
+    versioned->first.set (3);
+    const auto before = versioned->computeHash();
+    Versioned::staticClass.version = 7;
+    EXPECT_EQ (versioned->computeHash(), before);
+    EXPECT_EQ (versioned->makeState (false, false)->getVersionNumber(), 7u);
+
+    auto a = create<NamedA>();
+    auto b = create<NamedB>();
+    a->first.set (3);
+    b->second.set (3);
+    EXPECT_NE (a->computeHash(), b->computeHash());
+    EXPECT_EQ (a->computeHash(), before);
+    a->first.set (4);
+    EXPECT_NE (a->computeHash(), before);
+}
+
+TEST (ObjectExportTest, HashCountsReadOnlyVariables)
+{
+    auto a = create<Rectangle>();
+    auto b = create<Rectangle>();
+    EXPECT_EQ (a->computeHash(), b->computeHash());
+    b->height.set (1);
+    EXPECT_NE (a->computeHash(), b->computeHash());
+}
+
+TEST (ObjectExportTest, ObjectsSaveToFilesWithoutDefaultsAndLoadBackEqual)
+{
+    const auto directory = juce::File::createTempFile ("objects");
+    directory.createDirectory();
+    const auto file = directory.getChildFile ("shape.txt");
+    juce::String log;
+    ToStringExecutionContext context (log);
+
+    auto shape = create<RoundedRectangle>();
+    shape->title.set ("saved");
+    shape->cornerRadius.set (6);
+    ASSERT_TRUE (shape->saveToFile (context, file, true));
+    EXPECT_EQ (file.loadFileAsString(), "'RoundedRectangle {title = \"saved\", cornerRadius = 6}\n");
+
+    auto loaded = create<RoundedRectangle>();
+    ASSERT_TRUE (loaded->loadFromFile (context, file));
+    EXPECT_TRUE (loaded->equalsIgnoringReadOnly (*shape, false));
+    EXPECT_EQ (loaded->width.get(), 10);
+
+    EXPECT_FALSE (loaded->loadFromFile (context, directory.getChildFile ("missing.txt")));
+    EXPECT_EQ (log, "Error: File " + directory.getChildFile ("missing.txt").getFullPathName() + " does not exist\n");
+    directory.deleteRecursively();
+}
