@@ -1,6 +1,7 @@
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectImporter.h>
 #include <Tov/Core/StateObjectExporter.h>
+#include <Tov/Core/StateCloner.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <gtest/gtest.h>
 
@@ -335,4 +336,21 @@ TEST (ObjectExportTest, ObjectsSaveToFilesWithoutDefaultsAndLoadBackEqual)
     EXPECT_FALSE (loaded->loadFromFile (context, directory.getChildFile ("missing.txt")));
     EXPECT_EQ (log, "Error: File " + directory.getChildFile ("missing.txt").getFullPathName() + " does not exist\n");
     directory.deleteRecursively();
+}
+
+TEST (ObjectExportTest, CloneObjectRemapsIdentifiers)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto shape = create<Rectangle>();
+    shape->setUniqueIdentifier (UniqueIdentifier (0x0f));
+    shape->height.set (12);
+    StateCloner cloner (UniqueIdentifier (0xf0));
+    auto* copy = cloner.cloneObject (context, *shape, nullptr);
+    ASSERT_NE (copy, nullptr);
+    EXPECT_EQ (copy->getClass(), &Rectangle::staticClass);
+    EXPECT_EQ (copy->getUniqueIdentifier(), UniqueIdentifier (0xff));
+    EXPECT_EQ (static_cast<Rectangle*> (copy)->height.get(), 12);
+    copy->deleteThis();
+    EXPECT_TRUE (log.isEmpty());
 }
