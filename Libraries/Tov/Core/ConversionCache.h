@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 namespace tov
 {
@@ -14,6 +16,9 @@ namespace tov
     distinct name, shared by all its uses. Long strings and the strings
     beyond a few thousand distinct ones are converted every time, so that
     text made of unique names costs little more than without the cache.
+
+    The table is open-addressed and keeps its keys in one block, so that a
+    look-up neither allocates nor copies.
 */
 template <class Value>
 class ConversionCache
@@ -26,23 +31,85 @@ public:
         if (size > maximumKeySize)
             return convert();
 
-        key.assign (bytes, size);
-        const auto found = values.find (key);
-        if (found != values.end())
-            return found->second;
+        const uint32_t hash = hashBytes (bytes, size);
+        if (slots.empty())
+            slots.resize (initialNumSlots);
+        size_t index = findSlot (hash, bytes, size);
+        if (slots[index].isUsed())
+            return slots[index].value;
 
         Value value = convert();
-        if (values.size() < maximumNumValues)
-            values.emplace (key, value);
+        if (numValues < maximumNumValues)
+        {
+            if (2 * (numValues + 1) > slots.size())
+            {
+                grow();
+                index = findSlot (hash, bytes, size);
+            }
+            slots[index] = { hash, (uint32_t) keys.size(), (uint32_t) size, value };
+            keys.append (bytes, size);
+            ++numValues;
+        }
         return value;
     }
 
 private:
     static constexpr size_t maximumKeySize = 64;
     static constexpr size_t maximumNumValues = 4096;
+    static constexpr size_t initialNumSlots = 64;
+    static constexpr uint32_t unused = 0xffffffff;
 
-    std::unordered_map<std::string, Value> values;
-    std::string key; // reused, so that looking up allocates nothing
+    struct Slot
+    {
+        uint32_t hash = 0;
+        uint32_t offset = 0;
+        uint32_t size = unused;
+        Value value {};
+
+        bool isUsed() const noexcept { return size != unused; }
+    };
+
+    std::vector<Slot> slots; // a power of two of them, at most half used
+    std::string keys;
+    size_t numValues = 0;
+
+    // FNV-1a: keys are short, and a multiplication per byte is all they need.
+    static uint32_t hashBytes (const char* bytes, size_t size) noexcept
+    {
+        uint32_t hash = 2166136261u;
+        for (size_t i = 0; i < size; ++i)
+            hash = (hash ^ (uint8_t) bytes[i]) * 16777619u;
+        return hash;
+    }
+
+    // The slot of the key, or the unused slot where it would go.
+    size_t findSlot (uint32_t hash, const char* bytes, size_t size) const noexcept
+    {
+        const size_t mask = slots.size() - 1;
+        for (size_t index = hash & mask;; index = (index + 1) & mask)
+        {
+            const auto& slot = slots[index];
+            if (! slot.isUsed()
+                || (slot.hash == hash && slot.size == size && std::memcmp (keys.data() + slot.offset, bytes, size) == 0))
+                return index;
+        }
+    }
+
+    void grow()
+    {
+        std::vector<Slot> old (slots.size() * 2);
+        old.swap (slots);
+        const size_t mask = slots.size() - 1;
+        for (auto& slot : old)
+        {
+            if (! slot.isUsed())
+                continue;
+            size_t index = slot.hash & mask;
+            while (slots[index].isUsed())
+                index = (index + 1) & mask;
+            slots[index] = std::move (slot);
+        }
+    }
 };
 
 } // namespace tov

@@ -275,6 +275,7 @@ private:
     Payload copyPayload() const;
 
     friend class StateCloner;
+    friend class StateParser;
     template <class Source> friend class StateBinaryReader;
 };
 

@@ -4,8 +4,10 @@
 #include "StateParserCallback.h"
 #include "ClassExpression.h"
 #include "../Standard/ExecutionContext.h"
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <locale.h>
 #include <string>
@@ -15,24 +17,41 @@ namespace tov
 
 namespace
 {
+    /** Which bytes end a token, looked up rather than searched for. */
+    struct SeparatorTable
+    {
+        constexpr explicit SeparatorTable (const char* separators)
+        {
+            for (; *separators != 0; ++separators)
+                isSeparator[(uint8_t) *separators] = true;
+        }
+
+        bool isSeparator[256] = {};
+    };
+
     // Set A ends every token but identifiers and versions, which end at set B:
     // tab, "=", ":" and the brackets do not end them.
-    const char* const separatorsA = " ,{}():=\t\r\n}][";
-    const char* const separatorsB = " ,{\r\n}";
+    constexpr SeparatorTable separatorTables[] = { SeparatorTable (" ,{}():=\t\r\n}]["), SeparatorTable (" ,{\r\n}") };
 
     bool isWhiteSpace (char byte) noexcept
     {
         return byte == 9 || byte == 10 || byte == 13 || byte == 32;
     }
 
-    bool isSeparator (char byte, const char* separators) noexcept
-    {
-        return std::memchr (separators, byte, std::strlen (separators)) != nullptr;
-    }
-
     bool isDecimalDigit (char byte) noexcept
     {
         return byte >= '0' && byte <= '9';
+    }
+
+    // The ASCII letters only, as juce::CharacterFunctions has them for a char.
+    bool isLetter (char byte) noexcept
+    {
+        return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+    }
+
+    bool isLetterOrDigit (char byte) noexcept
+    {
+        return isLetter (byte) || isDecimalDigit (byte);
     }
 
     bool isLowerCaseHexadecimalDigit (char byte) noexcept
@@ -49,12 +68,22 @@ namespace
         return true;
     }
 
-    size_t countBytes (const char* start, size_t length, char byte)
+    // Only "0123456789.-+e", with exactly one ".", at most one "e", two "-" and two "+".
+    bool isRealToken (const char* start, size_t length) noexcept
     {
-        size_t count = 0;
+        size_t points = 0, exponents = 0, minusSigns = 0, plusSigns = 0;
         for (size_t i = 0; i < length; ++i)
-            count += start[i] == byte ? 1 : 0;
-        return count;
+        {
+            switch (start[i])
+            {
+                case '.': ++points; break;
+                case 'e': ++exponents; break;
+                case '-': ++minusSigns; break;
+                case '+': ++plusSigns; break;
+                default:  if (! isDecimalDigit (start[i])) return false; break;
+            }
+        }
+        return points == 1 && exponents <= 1 && minusSigns <= 2 && plusSigns <= 2;
     }
 
     // Too long a digit string wraps around modulo 2^64, as unsigned arithmetic
@@ -67,10 +96,102 @@ namespace
         return value;
     }
 
+    // The text holds no zero byte, so a shorter word differs at its terminator.
+    bool isWord (const char* start, size_t length, const char* word) noexcept
+    {
+        for (size_t i = 0; i < length; ++i)
+            if (start[i] != word[i])
+                return false;
+        return word[length] == 0;
+    }
+
+    // "-" then digits, or digits alone; a lone "-" and the empty token read as 0.
+    bool readIntegerToken (const char* start, size_t length, int64_t& value) noexcept
+    {
+        const bool negative = length > 0 && start[0] == '-';
+        const char* digits = start + (negative ? 1 : 0);
+        const size_t numDigits = length - (negative ? 1 : 0);
+        if (! allBytesAre (digits, numDigits, isDecimalDigit))
+            return false;
+        const uint64_t magnitude = decimalToUnsigned (digits, numDigits);
+        value = (int64_t) (negative ? 0 - magnitude : magnitude);
+        return true;
+    }
+
+    bool readBooleanToken (const char* start, size_t length, bool& value) noexcept
+    {
+        value = isWord (start, length, "true") || isWord (start, length, "True");
+        return value || isWord (start, length, "false") || isWord (start, length, "False");
+    }
+
+    bool isIdentifierToken (const char* start, size_t length) noexcept
+    {
+        return length >= 2 && start[0] == '@' && allBytesAre (start + 1, length - 1, isLowerCaseHexadecimalDigit);
+    }
+
+    bool isVersionToken (const char* start, size_t length) noexcept
+    {
+        return length >= 1 && start[0] == '#' && allBytesAre (start + 1, length - 1, isDecimalDigit);
+    }
+
+    // A letter, digit or "_", then letters and digits only.
+    bool isNameToken (const char* start, size_t length) noexcept
+    {
+        return length > 0 && (isLetterOrDigit (start[0]) || start[0] == '_') && allBytesAre (start + 1, length - 1, isLetterOrDigit);
+    }
+
+    // A letter first, and none of the words that stand for values.
+    bool isClassNameToken (const char* start, size_t length) noexcept
+    {
+        return length > 0 && isLetter (start[0])
+            && ! isWord (start, length, "nil") && ! isWord (start, length, "void")
+            && ! isWord (start, length, "true") && ! isWord (start, length, "false");
+    }
+
+    // Digits around one point, with a "-" perhaps, and at most 15 digits in all,
+    // as most reals are written: the digits and the power of ten are both exact
+    // doubles, so their quotient is the correctly rounded value of the text
+    // (Clinger's fast path).
+    bool readShortDecimal (const char* start, size_t length, double& value) noexcept
+    {
+        static constexpr double powersOfTen[] = { 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11,
+                                                  1e12, 1e13, 1e14, 1e15 };
+        constexpr int maximumDigits = 15;
+        const bool negative = length > 0 && start[0] == '-';
+        uint64_t digits = 0;
+        int numDigits = 0, numDecimals = 0;
+        bool point = false;
+        for (size_t i = negative ? 1 : 0; i < length; ++i)
+        {
+            if (isDecimalDigit (start[i]))
+            {
+                digits = digits * 10 + (uint64_t) (start[i] - '0');
+                ++numDigits;
+                numDecimals += point ? 1 : 0;
+            }
+            else if (start[i] == '.' && ! point)
+                point = true;
+            else
+                return false;
+        }
+        if (! point || numDigits == 0 || numDigits > maximumDigits)
+            return false;
+        value = (double) digits / powersOfTen[numDecimals];
+        value = negative ? -value : value;
+        return true;
+    }
+
     // The C conversion of a decimal floating-point prefix, whatever the
-    // process's locale says the decimal point is.
+    // process's locale says the decimal point is. std::from_chars reads the
+    // same prefix, correctly rounded as strtod is, without copying the token;
+    // it takes no leading "+" and leaves values out of range alone, and those
+    // go to strtod.
     double readDecimalPrefix (const char* start, size_t length)
     {
+        double value = 0;
+        if (std::from_chars (start, start + length, value).ec == std::errc())
+            return value;
+
         const std::string bytes (start, length);
        #if JUCE_WINDOWS
         static const _locale_t cLocale = _create_locale (LC_NUMERIC, "C");
@@ -79,6 +200,23 @@ namespace
         static const locale_t cLocale = newlocale (LC_NUMERIC_MASK, "C", (locale_t) nullptr);
         return strtod_l (bytes.c_str(), nullptr, cLocale);
        #endif
+    }
+
+    // "+oo" and "-oo" stand for the largest reals.
+    bool readRealToken (const char* start, size_t length, double& value)
+    {
+        if (readShortDecimal (start, length, value))
+            return true;
+        if (isWord (start, length, "+oo") || isWord (start, length, "-oo"))
+        {
+            const double largest = std::numeric_limits<double>::max();
+            value = start[0] == '+' ? largest : -largest;
+            return true;
+        }
+        if (! isRealToken (start, length))
+            return false;
+        value = readDecimalPrefix (start, length);
+        return true;
     }
 
     juce::String unescape (const juce::String& body)
@@ -90,13 +228,14 @@ namespace
 //==============================================================================
 bool StateParser::Token::operator== (const char* literal) const noexcept
 {
-    return std::strlen (literal) == length && std::memcmp (start, literal, length) == 0;
+    return isWord (start, length, literal);
 }
 
+// Without a backslash there is nothing to unescape.
 juce::String StateParser::Token::toString() const
 {
     const auto bytes = juce::String::fromUTF8 (start, (int) length);
-    return escaped ? unescape (bytes) : bytes;
+    return escaped && std::memchr (start, '\\', length) != nullptr ? unescape (bytes) : bytes;
 }
 
 //==============================================================================
@@ -104,21 +243,12 @@ juce::String StateParser::Token::toString() const
 class StateParser::Rule
 {
 public:
-    explicit Rule (StateParser& parser) : parser (parser)
-    {
-        parser.savedPositions.push_back ({ parser.position, parser.line, parser.column });
-    }
+    explicit Rule (StateParser& parser) noexcept : parser (parser), start (parser.position) {}
 
     ~Rule()
     {
         if (! keepingPosition)
-        {
-            const auto& saved = parser.savedPositions.back();
-            parser.position = saved.position;
-            parser.line = saved.line;
-            parser.column = saved.column;
-        }
-        parser.savedPositions.pop_back();
+            parser.position = start;
     }
 
     bool succeed() noexcept     { keepingPosition = true; return true; }
@@ -126,57 +256,114 @@ public:
 
 private:
     StateParser& parser;
+    const size_t start;
     bool keepingPosition = false;
+};
+
+/** The variables of one list while it is read, on the parser's stack of pending
+    variables; a list that completes moves them into its node at once.
+*/
+class StateParser::PendingVariables
+{
+public:
+    explicit PendingVariables (StateParser& parser) : parser (parser), start (parser.pendingVariables.size()) {}
+
+    ~PendingVariables()
+    {
+        auto& pending = parser.pendingVariables;
+        pending.erase (pending.begin() + (std::ptrdiff_t) start, pending.end());
+    }
+
+    void add (juce::String name, std::shared_ptr<State> state)
+    {
+        parser.pendingVariables.emplace_back (std::move (name), std::move (state));
+    }
+
+    /** Appends the variables to the node, which becomes a list if there are any. */
+    void moveTo (State& state)
+    {
+        auto& pending = parser.pendingVariables;
+        if (pending.size() == start)
+            return;
+        state.setType (StateType::variablesType);
+        auto& variables = *state.payload.variables;
+        variables.reserve (variables.size() + pending.size() - start);
+        std::move (pending.begin() + (std::ptrdiff_t) start, pending.end(), std::back_inserter (variables));
+    }
+
+private:
+    StateParser& parser;
+    const size_t start;
 };
 
 //==============================================================================
 StateParser::StateParser (ExecutionContext& context, const juce::String& textToParse, const juce::String& source,
                           juce::InputStream* binary, StateParserCallback* callback)
-    : textString (makeWellFormedUtf8 (textToParse)), source (source), binary (binary), context (context), callback (callback)
+    : textString (makeWellFormedUtf8 (textToParse, length)), source (source), binary (binary), context (context), callback (callback)
 {
     text = textString.toRawUTF8();
-    length = textString.getNumBytesAsUTF8();
-    savedPositions.reserve (32);
-}
-
-std::shared_ptr<State> StateParser::parseTopLevelState()
-{
-    return parseState (true);
 }
 
 //==============================================================================
-// The line counter turns on arrival at a line feed, so the column of the first
-// byte of a line is 1 except on the first line, where it is 0. The position
-// report makes up for that.
-void StateParser::advance() noexcept
+// The small primitives are inline: as members of a shared library they would
+// otherwise stay calls, which cost more than what they do.
+inline size_t StateParser::skipWhiteSpaceFrom (size_t start) const noexcept
 {
-    ++position;
-    ++column;
-    if (position < length && text[position] == '\n')
-    {
-        ++line;
-        column = 0;
-    }
+    if (start >= length || ! isWhiteSpace (text[start]))
+        return start;
+    if (start + 1 >= length || ! isWhiteSpace (text[start + 1]))
+        return start + 1;
+    return skipWhiteSpaceRun (start);
 }
 
-void StateParser::skipWhiteSpace() noexcept
+// Rules that fail give their position back, so the same white space is often
+// skipped several times: the last skip is kept. Indentation goes eight blanks
+// at a time.
+size_t StateParser::skipWhiteSpaceRun (size_t start) const noexcept
 {
-    while (position < length && isWhiteSpace (text[position]))
-        advance();
+    if (start == lastSkip.from)
+        return lastSkip.to;
+    size_t end = start + 1;
+    while (length - end >= sizeof (uint64_t) && juce::readUnaligned<uint64_t> (text + end) == 0x2020202020202020ull)
+        end += sizeof (uint64_t);
+    while (end < length && isWhiteSpace (text[end]))
+        ++end;
+    lastSkip = { start, end };
+    return end;
 }
 
+// Literals are a byte or two long, and the text holds no zero byte.
 bool StateParser::matchLiteral (const char* literal)
 {
     if (aborted)
         return false;
-    Rule rule (*this);
-    skipWhiteSpace();
-    const size_t literalLength = std::strlen (literal);
-    if (isPastEnd() || length - position < literalLength || std::memcmp (text + position, literal, literalLength) != 0)
+    size_t end = skipWhiteSpaceFrom (position);
+    if (end > length)
         return false;
-    for (size_t i = 0; i < literalLength; ++i)
-        advance();
-    return rule.succeed();
+    for (; *literal != 0; ++literal, ++end)
+        if (end >= length || text[end] != *literal)
+            return false;
+    position = end;
+    return true;
+}
+
+// The alternatives of a value read the same token in turn, so the last token
+// read at each set is kept: what a position gives never changes.
+bool StateParser::readToken (Separators separators, Token& token)
+{
+    if (aborted || isPastEnd())
+        return false;
+    auto& read = lastTokens[(int) separators];
+    if (read.start != position)
+    {
+        read.start = position;
+        read.found = scanToken (position, separators, read.token, read.end);
+    }
+    if (! read.found)
+        return false;
+    token = read.token;
+    position = read.end;
+    return true;
 }
 
 // A token that reaches the end of the text is valid even when it is empty, so a
@@ -184,49 +371,49 @@ bool StateParser::matchLiteral (const char* literal)
 // consumes the end itself: no token can be read after it. That is why an empty
 // text reads as the integer 0, while "nil" alone, an identifier, leaves no
 // value behind it.
-bool StateParser::readToken (const char* separators, Token& token)
+inline bool StateParser::scanToken (size_t from, Separators separators, Token& token, size_t& next) const
 {
-    if (aborted || isPastEnd())
-        return false;
-    Rule rule (*this);
-    skipWhiteSpace();
-    size_t end = position;
-    while (end < length && ! isSeparator (text[end], separators))
+    const auto& table = separatorTables[(int) separators];
+    const size_t start = skipWhiteSpaceFrom (from);
+    size_t end = start;
+    while (end < length && ! table.isSeparator[(uint8_t) text[end]])
         ++end;
-    if (end == position && end < length)
+    if (end == start && end < length)
         return false;
 
-    token = { text + position, end - position, false };
-    while (position < end)
-        advance();
-    if (end == length)
-        position = length + 1;
-    skipWhiteSpace();
-    return rule.succeed();
+    token = { text + start, end - start, false };
+    next = end == length ? length + 1 : skipWhiteSpaceFrom (end);
+    return true;
 }
 
 bool StateParser::readQuotedString (Token& token)
 {
-    if (aborted)
-        return false;
-    Rule rule (*this);
-    skipWhiteSpace();
-    if (position >= length || text[position] != '"')
+    return ! aborted && scanQuotedString (position, token, position);
+}
+
+// A quote ends the string unless an odd number of backslashes stands right
+// before it; the opening quote stops the count.
+bool StateParser::scanQuotedString (size_t from, Token& token, size_t& next) const
+{
+    const size_t start = skipWhiteSpaceFrom (from);
+    if (start >= length || text[start] != '"')
         return false;
 
-    bool escapedByte = false;
-    for (size_t end = position + 1; end < length; ++end)
+    for (size_t end = start + 1; end < length; ++end)
     {
-        const char byte = text[end];
-        if (byte == '"' && ! escapedByte)
+        const auto* quote = static_cast<const char*> (std::memchr (text + end, '"', length - end));
+        if (quote == nullptr)
+            return false;
+        end = (size_t) (quote - text);
+        size_t backslashes = 0;
+        while (text[end - 1 - backslashes] == '\\')
+            ++backslashes;
+        if (backslashes % 2 == 0)
         {
-            token = { text + position + 1, end - position - 1, true };
-            while (position <= end)
-                advance();
-            skipWhiteSpace();
-            return rule.succeed();
+            token = { text + start + 1, end - start - 1, true };
+            next = skipWhiteSpaceFrom (end + 1);
+            return true;
         }
-        escapedByte = byte == '\\' && ! escapedByte;
     }
     return false;
 }
@@ -235,7 +422,7 @@ bool StateParser::readNonNegativeInteger (uint64_t& value)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsA, token) || token.length == 0 || ! allBytesAre (token.start, token.length, isDecimalDigit))
+    if (! readToken (Separators::setA, token) || token.length == 0 || ! allBytesAre (token.start, token.length, isDecimalDigit))
         return false;
     value = decimalToUnsigned (token.start, token.length);
     return rule.succeed();
@@ -244,11 +431,245 @@ bool StateParser::readNonNegativeInteger (uint64_t& value)
 bool StateParser::readIdentifierName (Token& token)
 {
     Rule rule (*this);
-    if (! readToken (separatorsA, token) || token.length == 0
-        || ! juce::CharacterFunctions::isLetter (token.start[0])
-        || token == "nil" || token == "void" || token == "true" || token == "false")
+    if (! readToken (Separators::setA, token) || ! isClassNameToken (token.start, token.length))
         return false;
     return rule.succeed();
+}
+
+//==============================================================================
+/** Reads the texts of plain trees at once, or gives up.
+
+    Most texts hold nothing but lists, integers, reals, strings, booleans and
+    void, under atomic class prefixes, identifiers and versions, and parse
+    without a single rule failing after its first byte. For such a text the
+    first byte of a value leaves one alternative, or a few tried in the rules'
+    order, and this reader takes it straight away, building the tree that the
+    rules build: the same nodes, names and interned class expressions. It
+    gives up on anything else (template and parameter class expressions, nil
+    identifiers, pointers, buffers, native pointers, class values, tokens that
+    reach the end of the text, nesting beyond the limit) and on every text that
+    does not parse, whose report only the rules can make. The rules then read
+    the text from the start, as if this reader had not been there.
+*/
+class StateParser::PlainReader
+{
+public:
+    explicit PlainReader (StateParser& parser) : parser (parser), text (parser.text), length (parser.length) {}
+
+    std::shared_ptr<State> readTopLevelState()
+    {
+        auto state = readState();
+        return state != nullptr && position == length ? state : nullptr;
+    }
+
+private:
+    StateParser& parser;
+    const char* const text;
+    const size_t length;
+    size_t position = 0;
+    uint32_t depth = 0;
+
+    // The last token of set A, which a variable's name and its value often both begin with.
+    struct { size_t from = (size_t) -1; bool found; Token token; size_t next; } lastWord;
+
+    // A token that reaches the end of the text consumes the end too, which is left to the rules.
+    bool readWordToken (size_t from, Token& token, size_t& next)
+    {
+        if (lastWord.from != from)
+        {
+            lastWord.from = from;
+            lastWord.found = parser.scanToken (from, Separators::setA, lastWord.token, lastWord.next);
+        }
+        token = lastWord.token;
+        next = lastWord.next;
+        return lastWord.found && next <= length;
+    }
+
+    std::shared_ptr<State> readState()
+    {
+        if (++depth > maximumDepth)
+            return nullptr;
+        auto state = std::make_shared<State>();
+        if (! readClassPrefix (*state) || ! readIdentifier (*state) || ! readVersion (*state) || ! readValue (*state))
+            return nullptr;
+        position = parser.skipWhiteSpaceFrom (position);
+        --depth;
+        return state;
+    }
+
+    // An atomic name: one followed by "(" or ":" is left to the rules.
+    bool readClassPrefix (State& state)
+    {
+        const size_t start = parser.skipWhiteSpaceFrom (position);
+        if (start >= length || text[start] != '\'')
+            return true;
+        Token name;
+        size_t next;
+        if (! readWordToken (start + 1, name, next) || ! isClassNameToken (name.start, name.length)
+            || (next < length && (text[next] == '(' || text[next] == ':')))
+            return false;
+        state.setClassExpression (parser.getAtomicExpression (name));
+        position = next;
+        return true;
+    }
+
+    // Only "nil" and tokens of set B that begin with "@" take the rule of
+    // identifiers; the first is left to the rules, and the second is an
+    // identifier or a text that does not parse.
+    bool readIdentifier (State& state)
+    {
+        Token token;
+        size_t next;
+        if (! readPrefixToken ('@', 'n', token, next))
+            return true;
+        if (token == "nil" || next > length)
+            return false;
+        if (token.start[0] != '@')
+            return true;
+        if (! isIdentifierToken (token.start, token.length))
+            return false;
+        UniqueIdentifier identifier;
+        identifier.setFrom64BitsHexadecimalString (token.toString());
+        state.setUniqueIdentifier (identifier);
+        position = next;
+        return true;
+    }
+
+    bool readVersion (State& state)
+    {
+        Token token;
+        size_t next;
+        if (! readPrefixToken ('#', '#', token, next))
+            return true;
+        if (next > length || ! isVersionToken (token.start, token.length))
+            return false;
+        state.setVersionNumber (decimalToUnsigned (token.start + 1, token.length - 1));
+        position = next;
+        return true;
+    }
+
+    // The token of set B here, when it begins with one of the bytes.
+    bool readPrefixToken (char firstByte, char otherFirstByte, Token& token, size_t& next) const
+    {
+        const size_t start = parser.skipWhiteSpaceFrom (position);
+        return start < length && (text[start] == firstByte || text[start] == otherFirstByte)
+            && parser.scanToken (start, Separators::setB, token, next);
+    }
+
+    bool readValue (State& state)
+    {
+        const size_t start = parser.skipWhiteSpaceFrom (position);
+        if (start >= length)
+            return false;
+        switch (text[start])
+        {
+            case '{':  return readList (state, start + 1);
+            case '"':  return readString (state, start);
+            default:   return readWord (state, start);
+        }
+    }
+
+    bool readString (State& state, size_t start)
+    {
+        Token token;
+        if (! parser.scanQuotedString (start, token, position))
+            return false;
+        state.setString (token.toString());
+        return true;
+    }
+
+    // Void, booleans, integers and reals, in the rules' order: the token must be one of them whole.
+    bool readWord (State& state, size_t start)
+    {
+        Token token;
+        size_t next;
+        if (! readWordToken (start, token, next))
+            return false;
+
+        bool boolean;
+        int64_t integer;
+        double real;
+        if (token == "void")
+            state.setVoid();
+        else if (readBooleanToken (token.start, token.length, boolean))
+            state.setBoolean (boolean);
+        else if (readIntegerToken (token.start, token.length, integer))
+            state.setInteger (integer);
+        else if (readRealToken (token.start, token.length, real))
+            state.setReal (real);
+        else
+            return false;
+        position = next;
+        return true;
+    }
+
+    bool readList (State& state, size_t afterOpening)
+    {
+        state.reserveVariables (0);
+        PendingVariables variables (parser);
+        position = afterOpening;
+        for (;;)
+        {
+            position = parser.skipWhiteSpaceFrom (position);
+            if (position < length && text[position] == '}')
+                break;
+            if (! readVariable (variables))
+                return false;
+            if (position >= length || text[position] != ',')
+                break;
+            ++position;
+        }
+        position = parser.skipWhiteSpaceFrom (position);
+        if (position >= length || text[position] != '}')
+            return false;
+        ++position;
+        variables.moveTo (state);
+        return true;
+    }
+
+    bool readVariable (PendingVariables& variables)
+    {
+        juce::String name;
+        Token token;
+        size_t next;
+        if (readWordToken (parser.skipWhiteSpaceFrom (position), token, next) && isNameToken (token.start, token.length)
+            && next < length && text[next] == '=')
+        {
+            name = parser.getName (token);
+            position = next + 1;
+        }
+
+        auto variable = readState();
+        if (variable == nullptr)
+            return false;
+        variables.add (std::move (name), std::move (variable));
+        return true;
+    }
+};
+
+juce::String StateParser::getName (const Token& token)
+{
+    return names.get (token.start, token.length, [&] { return token.toString(); });
+}
+
+const ClassExpression* StateParser::getAtomicExpression (const Token& name)
+{
+    return atomicExpressions.get (name.start, name.length, [&] { return createAtomicClassExpression (name.toString()); });
+}
+
+// The callback may change nodes and stop the parse as they complete, which the
+// rules alone follow.
+std::shared_ptr<State> StateParser::parseTopLevelState()
+{
+    if (callback == nullptr)
+    {
+        if (auto state = PlainReader (*this).readTopLevelState())
+        {
+            position = length;
+            return state;
+        }
+    }
+    return parseState (true);
 }
 
 //==============================================================================
@@ -284,11 +705,7 @@ std::shared_ptr<State> StateParser::parseState (bool topLevel)
     {
         deepest = std::max (deepest, depth + earlier->height - 1);
         if (earlier->state != nullptr)
-        {
-            position = earlier->end.position;
-            line = earlier->end.line;
-            column = earlier->end.column;
-        }
+            position = earlier->end;
         return earlier->state;
     }
 
@@ -304,7 +721,7 @@ std::shared_ptr<State> StateParser::parseState (bool topLevel)
     if (state == nullptr)
         startBacktracking();
     if (backtracking)
-        earlierParses[start] = { state, { position, line, column }, height };
+        earlierParses[start] = { state, position, height };
     if (state != nullptr)
         rule.succeed();
     return state;
@@ -384,7 +801,7 @@ bool StateParser::parseIdentifier (UniqueIdentifier& identifier)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsB, token))
+    if (! readToken (Separators::setB, token))
         return false;
 
     if (token == "nil")
@@ -392,7 +809,7 @@ bool StateParser::parseIdentifier (UniqueIdentifier& identifier)
         identifier = UniqueIdentifier();
         return rule.succeed();
     }
-    if (token.length < 2 || token.start[0] != '@' || ! allBytesAre (token.start + 1, token.length - 1, isLowerCaseHexadecimalDigit))
+    if (! isIdentifierToken (token.start, token.length))
         return false;
     identifier.setFrom64BitsHexadecimalString (token.toString());
     return rule.succeed();
@@ -402,8 +819,7 @@ bool StateParser::parseVersion (uint64_t& version)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsB, token) || token.length == 0 || token.start[0] != '#'
-        || ! allBytesAre (token.start + 1, token.length - 1, isDecimalDigit))
+    if (! readToken (Separators::setB, token) || ! isVersionToken (token.start, token.length))
         return false;
     version = decimalToUnsigned (token.start + 1, token.length - 1);
     return rule.succeed();
@@ -434,7 +850,7 @@ bool StateParser::parseVoid (State& state)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsA, token) || token != "void")
+    if (! readToken (Separators::setA, token) || token != "void")
         return false;
     state.setVoid();
     return rule.succeed();
@@ -444,33 +860,22 @@ bool StateParser::parseBoolean (State& state)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsA, token))
+    bool value;
+    if (! readToken (Separators::setA, token) || ! readBooleanToken (token.start, token.length, value))
         return false;
-    if (token == "true" || token == "True")
-        state.setBoolean (true);
-    else if (token == "false" || token == "False")
-        state.setBoolean (false);
-    else
-        return false;
+    state.setBoolean (value);
     return rule.succeed();
 }
 
-// A lone "-" and the empty token at the end of the text both read as 0.
+// The empty token at the end of the text reads as 0.
 bool StateParser::parseInteger (State& state)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsA, token))
+    int64_t value;
+    if (! readToken (Separators::setA, token) || ! readIntegerToken (token.start, token.length, value))
         return false;
-
-    const bool negative = token.length > 0 && token.start[0] == '-';
-    const char* digits = token.start + (negative ? 1 : 0);
-    const size_t numDigits = token.length - (negative ? 1 : 0);
-    if (! allBytesAre (digits, numDigits, isDecimalDigit))
-        return false;
-
-    const uint64_t magnitude = decimalToUnsigned (digits, numDigits);
-    state.setInteger ((int64_t) (negative ? 0 - magnitude : magnitude));
+    state.setInteger (value);
     return rule.succeed();
 }
 
@@ -478,25 +883,10 @@ bool StateParser::parseReal (State& state)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsA, token))
+    double value;
+    if (! readToken (Separators::setA, token) || ! readRealToken (token.start, token.length, value))
         return false;
-
-    const double largest = std::numeric_limits<double>::max();
-    if (token == "+oo" || token == "-oo")
-    {
-        state.setReal (token.start[0] == '+' ? largest : -largest);
-        return rule.succeed();
-    }
-
-    const auto isRealByte = [] (char byte) { return std::strchr ("0123456789.-+e", byte) != nullptr && byte != 0; };
-    if (countBytes (token.start, token.length, '.') != 1
-        || ! allBytesAre (token.start, token.length, isRealByte)
-        || countBytes (token.start, token.length, 'e') > 1
-        || countBytes (token.start, token.length, '-') > 2
-        || countBytes (token.start, token.length, '+') > 2)
-        return false;
-
-    state.setReal (readDecimalPrefix (token.start, token.length));
+    state.setReal (value);
     return rule.succeed();
 }
 
@@ -586,38 +976,39 @@ bool StateParser::parseVariableBlock (State& state)
 }
 
 // A "}" ends the list without being consumed, which is what allows a trailing
-// ","; the caller requires its own closing token.
+// ","; the caller requires its own closing token. The node receives the
+// variables once the list is complete: a list that fails leaves no trace in a
+// node, which the alternatives after it replace or which is dropped.
 bool StateParser::parseVariables (State& state)
 {
     Rule rule (*this);
+    PendingVariables variables (*this);
     for (;;)
     {
         skipWhiteSpace();
         if (position < length && text[position] == '}')
             break;
-        if (! parseVariable (state))
+        if (! parseVariable (variables))
             return false;
         skipWhiteSpace();
         if (! matchLiteral (","))
             break;
     }
+    variables.moveTo (state);
     return rule.succeed();
 }
 
-bool StateParser::parseVariable (State& state)
+bool StateParser::parseVariable (PendingVariables& variables)
 {
     Rule rule (*this);
     juce::String name;
     {
         Rule nameRule (*this);
         Token token;
-        const auto isNameByte = [] (char byte) { return juce::CharacterFunctions::isLetterOrDigit (byte); };
-        if (readToken (separatorsA, token) && token.length > 0
-            && (isNameByte (token.start[0]) || token.start[0] == '_')
-            && allBytesAre (token.start + 1, token.length - 1, isNameByte)
+        if (readToken (Separators::setA, token) && isNameToken (token.start, token.length)
             && matchLiteral (State::assignmentToken))
         {
-            name = token.toString();
+            name = getName (token);
             nameRule.succeed();
         }
     }
@@ -628,7 +1019,7 @@ bool StateParser::parseVariable (State& state)
         report ("Could not parse object state.");
         return false;
     }
-    state.addVariable (name, variable);
+    variables.add (std::move (name), std::move (variable));
     return rule.succeed();
 }
 
@@ -637,7 +1028,7 @@ bool StateParser::parseNativePointer (State& state)
 {
     Rule rule (*this);
     Token token;
-    if (! readToken (separatorsA, token) || token.length < 2 || token.start[0] != '0' || token.start[1] != 'x'
+    if (! readToken (Separators::setA, token) || token.length < 2 || token.start[0] != '0' || token.start[1] != 'x'
         || ! allBytesAre (token.start + 2, token.length - 2, isLowerCaseHexadecimalDigit))
         return false;
     state.setVoid();
@@ -700,7 +1091,7 @@ const ClassExpression* StateParser::parseAtomicForm()
     if (! readIdentifierName (name))
         return nullptr;
     rule.succeed();
-    return createAtomicClassExpression (name.toString());
+    return getAtomicExpression (name);
 }
 
 //==============================================================================
@@ -713,8 +1104,30 @@ void StateParser::report (const juce::String& message)
     context.error (getPositionReport() + " => " + message);
 }
 
+// The line counter of the reading turns on arrival at a line feed, so the
+// column of the first byte of a line is 1 except on the first line, where it
+// is 0. Both follow from the position alone, and are worked out only for a report.
+void StateParser::getLineAndColumn (uint32_t& line, uint32_t& column) const noexcept
+{
+    const size_t end = std::min (position, length);
+    size_t lastLineFeed = 0;
+    line = 0;
+    for (size_t i = 1; i <= end && i < length; ++i)
+    {
+        if (text[i] == '\n')
+        {
+            ++line;
+            lastLineFeed = i;
+        }
+    }
+    column = (uint32_t) (end - lastLineFeed);
+}
+
+// The reported column makes up for the counter's start on the first line.
 juce::String StateParser::getPositionReport() const
 {
+    uint32_t line, column;
+    getLineAndColumn (line, column);
     size_t lineStart = 0;
     int reportedColumn = (int) column;
     for (size_t i = std::min (position, length); i > 0; --i)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ConversionCache.h"
 #include <juce_core/juce_core.h>
 #include <cstdint>
 #include <memory>
@@ -83,13 +84,6 @@ public:
     bool isAtEnd() const noexcept { return position >= length; }
 
 private:
-    struct Position
-    {
-        size_t position;
-        uint32_t line;
-        uint32_t column;
-    };
-
     /** A view of bytes of the text. */
     struct Token
     {
@@ -102,15 +96,27 @@ private:
         juce::String toString() const;
     };
 
+    /** The bytes that end tokens: set A ends most, set B identifiers and versions. */
+    enum class Separators { setA, setB };
+
+    /** What reading a token at a position gave, kept because the alternatives of
+        a value read the same token one after the other. */
+    struct TokenRead
+    {
+        size_t start = (size_t) -1;
+        bool found = false;
+        Token token;
+        size_t end = 0;
+    };
+
     class Rule;
+    class PendingVariables;
+    class PlainReader;
 
     const char* text;
     size_t length;
     juce::String textString, source;
     size_t position = 0;
-    uint32_t line = 0;
-    uint32_t column = 0;
-    std::vector<Position> savedPositions;
     juce::InputStream* binary;
     ExecutionContext& context;
     bool errorReported = false;
@@ -118,13 +124,21 @@ private:
     bool aborted = false;
     uint32_t depth = 0;
     uint32_t deepest = 0;
+    TokenRead lastTokens[2];
+    mutable struct { size_t from, to; } lastSkip { (size_t) -1, 0 };
+
+    // Variables of the lists being read, innermost last; each list takes its own
+    // when it is complete, so that its vector is allocated once.
+    std::vector<std::pair<juce::String, std::shared_ptr<State>>> pendingVariables;
+    ConversionCache<juce::String> names;
+    ConversionCache<const ClassExpression*> atomicExpressions;
 
     /** What parsing a nested state at a position gave: the node or null, where
         it ended, and how many levels it used, itself included. */
     struct EarlierParse
     {
         std::shared_ptr<State> state;
-        Position end;
+        size_t end;
         uint32_t height;
     };
 
@@ -134,11 +148,14 @@ private:
     // Primitive steps. The position runs up to length + 1, which stands for
     // "the end of the text has been consumed by a token".
     bool isPastEnd() const noexcept { return position > length; }
-    void advance() noexcept;
-    void skipWhiteSpace() noexcept;
+    size_t skipWhiteSpaceFrom (size_t start) const noexcept;
+    size_t skipWhiteSpaceRun (size_t start) const noexcept;
+    void skipWhiteSpace() noexcept { position = skipWhiteSpaceFrom (position); }
     bool matchLiteral (const char* literal);
-    bool readToken (const char* separators, Token& token);
+    bool readToken (Separators separators, Token& token);
+    bool scanToken (size_t from, Separators separators, Token& token, size_t& next) const;
     bool readQuotedString (Token& token);
+    bool scanQuotedString (size_t from, Token& token, size_t& next) const;
     bool readNonNegativeInteger (uint64_t& value);
     bool readIdentifierName (Token& token);
 
@@ -160,17 +177,20 @@ private:
     bool parseBuffer (State& state);
     bool parseVariableBlock (State& state);
     bool parseVariables (State& state);
-    bool parseVariable (State& state);
+    bool parseVariable (PendingVariables& variables);
     bool parseNativePointer (State& state);
     const ClassExpression* parseTemplateForm();
     const ClassExpression* parseAtomicForm();
 
+    juce::String getName (const Token& token);
+    const ClassExpression* getAtomicExpression (const Token& name);
     void readBufferBytes (State& state, uint64_t offset, uint64_t size);
     void notifyParsed (State& state);
 
     // Reporting
     void report (const juce::String& message);
     juce::String getPositionReport() const;
+    void getLineAndColumn (uint32_t& line, uint32_t& column) const noexcept;
 };
 
 } // namespace tov

@@ -1,5 +1,6 @@
 #include "WellFormedUtf8.h"
 #include <cstring>
+#include <cstdint>
 
 namespace tov
 {
@@ -32,18 +33,20 @@ size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept
 // The offset of the first ill-formed sequence, or numBytes when there is none.
 static size_t findIllFormedSequence (const uint8_t* bytes, size_t numBytes) noexcept
 {
+    constexpr uint64_t topBits = 0x8080808080808080ull;
     for (size_t i = 0; i < numBytes;)
     {
-        // Most text is ASCII: eight bytes at a time until a byte has its top bit set.
-        uint64_t word;
-        if (numBytes - i >= sizeof (word))
+        // Most text is ASCII: 32 bytes at a time, then eight, until a byte has its top bit set.
+        if (numBytes - i >= 32 && ((juce::readUnaligned<uint64_t> (bytes + i) | juce::readUnaligned<uint64_t> (bytes + i + 8)
+                                    | juce::readUnaligned<uint64_t> (bytes + i + 16) | juce::readUnaligned<uint64_t> (bytes + i + 24)) & topBits) == 0)
         {
-            std::memcpy (&word, bytes + i, sizeof (word));
-            if ((word & 0x8080808080808080ull) == 0)
-            {
-                i += sizeof (word);
-                continue;
-            }
+            i += 32;
+            continue;
+        }
+        if (numBytes - i >= 8 && (juce::readUnaligned<uint64_t> (bytes + i) & topBits) == 0)
+        {
+            i += 8;
+            continue;
         }
         if (bytes[i] < 0x80)
         {
@@ -86,28 +89,41 @@ juce::String makeWellFormedUtf8 (const void* data, size_t numBytes)
 
 size_t getNumBytesAsUtf8 (const juce::String& text) noexcept
 {
-    // Names and short values are ASCII more often than not, and are counted in one pass.
+    // Names and short values, ASCII more often than not, are counted and checked
+    // in one pass; longer text goes to strlen and to the check eight bytes at a time.
     const auto* bytes = reinterpret_cast<const uint8_t*> (text.toRawUTF8());
-    size_t numBytes = 0;
-    while (bytes[numBytes] != 0 && bytes[numBytes] < 0x80)
-        ++numBytes;
-    if (bytes[numBytes] == 0)
-        return numBytes;
+    constexpr size_t shortLength = 32;
+    for (size_t i = 0; i < shortLength && bytes[i] < 0x80; ++i)
+        if (bytes[i] == 0)
+            return i;
 
-    numBytes += std::strlen (reinterpret_cast<const char*> (bytes + numBytes));
+    const size_t numBytes = std::strlen (reinterpret_cast<const char*> (bytes));
     if (findIllFormedSequence (bytes, numBytes) == numBytes)
         return numBytes;
     return text.getNumBytesAsUTF8();
 }
 
-// Only the bytes that JUCE counts are looked at, as everywhere else.
-juce::String makeWellFormedUtf8 (const juce::String& text)
+// Only the bytes that JUCE counts are looked at, as everywhere else. Text
+// that is well-formed already is counted and checked in one pass.
+juce::String makeWellFormedUtf8 (const juce::String& text, size_t& numBytes)
 {
     const char* bytes = text.toRawUTF8();
-    const size_t numBytes = getNumBytesAsUtf8 (text);
+    numBytes = std::strlen (bytes);
     if (findIllFormedSequence (reinterpret_cast<const uint8_t*> (bytes), numBytes) == numBytes)
         return text;
-    return makeWellFormedUtf8 (bytes, numBytes);
+
+    numBytes = text.getNumBytesAsUTF8();
+    if (findIllFormedSequence (reinterpret_cast<const uint8_t*> (bytes), numBytes) == numBytes)
+        return text;
+    auto repaired = makeWellFormedUtf8 (bytes, numBytes);
+    numBytes = std::strlen (repaired.toRawUTF8());
+    return repaired;
+}
+
+juce::String makeWellFormedUtf8 (const juce::String& text)
+{
+    size_t numBytes;
+    return makeWellFormedUtf8 (text, numBytes);
 }
 
 } // namespace tov

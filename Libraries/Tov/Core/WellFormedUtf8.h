@@ -21,6 +21,9 @@ size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept;
 juce::String makeWellFormedUtf8 (const void* bytes, size_t numBytes);
 juce::String makeWellFormedUtf8 (const juce::String& text);
 
+/** The same, and the number of bytes of the result as getNumBytesAsUtf8 counts them. */
+juce::String makeWellFormedUtf8 (const juce::String& text, size_t& numBytes);
+
 /** What juce::String::getNumBytesAsUTF8 gives, without decoding well-formed text.
 
     JUCE counts the bytes of the characters it decodes, which for ill-formed
