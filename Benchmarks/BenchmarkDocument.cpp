@@ -232,6 +232,7 @@ BenchmarkDocument::BenchmarkDocument (size_t stateTextBytes)
 {
     state = SessionGenerator().makeSession (stateTextBytes);
     stateText = state->saveToString();
+    stateTextBytes = stateText.getNumBytesAsUTF8();
     {
         juce::MemoryOutputStream binary (stateBinary, false);
         state->toBinary (binary);

@@ -28,6 +28,7 @@ struct BenchmarkDocument
 
     std::shared_ptr<tov::State> state;
     juce::String stateText;
+    size_t stateTextBytes = 0;
     juce::MemoryBlock stateBinary;
 
     std::string jsonText;          // compact, as RapidJSON writes it

@@ -63,8 +63,7 @@ std::shared_ptr<void> keep (Object&& object)
 
 std::shared_ptr<void> writeState (const BenchmarkDocument& document, bool binaryForm)
 {
-    auto output = std::make_shared<juce::MemoryOutputStream> (binaryForm ? document.stateBinary.getSize()
-                                                                         : (size_t) document.stateText.getNumBytesAsUTF8() + 1);
+    auto output = std::make_shared<juce::MemoryOutputStream> (binaryForm ? document.stateBinary.getSize() : document.stateTextBytes + 1);
     if (binaryForm)
     {
         document.state->toBinary (*output);
@@ -80,7 +79,7 @@ std::shared_ptr<void> writeState (const BenchmarkDocument& document, bool binary
 std::vector<Case> makeCases()
 {
     using Document = const BenchmarkDocument&;
-    const auto stateTextBytes = [] (Document d) { return (size_t) d.stateText.getNumBytesAsUTF8(); };
+    const auto stateTextBytes = [] (Document d) { return d.stateTextBytes; };
     const auto jsonTextBytes = [] (Document d) { return d.jsonText.size(); };
     const auto stateBinaryBytes = [] (Document d) { return d.stateBinary.getSize(); };
     const auto valueTreeBytes = [] (Document d) { return d.valueTreeBinary.getSize(); };

@@ -3,6 +3,7 @@
 #include "Class.h"
 #include "ClassRegistry.h"
 #include "StateCloner.h"
+#include "StateValueText.h"
 #include <lz4.h>
 #include <limits>
 
@@ -390,21 +391,18 @@ void State::clearUniqueIdentifiers()
 //==============================================================================
 static juce::String realToShortString (double value)
 {
-    const double largest = std::numeric_limits<double>::max();
-    if (value == largest)
-        return "+oo";
-    if (value == -largest)
-        return "-oo";
-    if (! std::isfinite (value))
-        return "0.0";
-    juce::String text (value, 12, false);
-    if (! text.containsChar ('.'))
-        return text + ".";
-    return text.trimCharactersAtEnd ("0");
+    std::string text;
+    appendRealText (value, text);
+    return juce::String::fromUTF8 (text.data(), (int) text.size());
 }
 
+// Well-formed text is escaped byte by byte; JUCE's replacing, which goes
+// character by character, is kept for the rest.
 static juce::String quoteString (const juce::String& text)
 {
+    std::string quoted;
+    if (appendQuotedText (text, quoted))
+        return juce::String::fromUTF8 (quoted.data(), (int) quoted.size());
     return "\"" + text.replace ("\\", "\\\\").replace ("\"", "\\\"") + "\"";
 }
 

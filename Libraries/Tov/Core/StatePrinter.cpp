@@ -1,6 +1,11 @@
 #include "StatePrinter.h"
 #include "State.h"
 #include "ClassExpression.h"
+#include "StateValueText.h"
+#include "WellFormedUtf8.h"
+#include <algorithm>
+#include <charconv>
+#include <cstring>
 
 namespace tov
 {
@@ -23,25 +28,127 @@ namespace
     {
         return "[" + juce::String (offset) + " " + juce::String (size) + "]";
     }
+
+    // The characters of well-formed UTF-8: the bytes that do not continue a sequence.
+    uint64_t countCharacters (const char* bytes, size_t numBytes) noexcept
+    {
+        uint64_t count = 0;
+        for (size_t i = 0; i < numBytes; ++i)
+            count += ((uint8_t) bytes[i] & 0xc0) != 0x80 ? 1 : 0;
+        return count;
+    }
+
+    // Counts the bytes up to the terminating zero when they are all ASCII, as
+    // names and class names mostly are: then bytes and characters are one.
+    bool isAscii (const char* bytes, size_t& numBytes) noexcept
+    {
+        numBytes = 0;
+        for (; bytes[numBytes] != 0; ++numBytes)
+            if ((uint8_t) bytes[numBytes] >= 0x80)
+                return false;
+        return true;
+    }
+
+    // The bytes and characters of a piece as JUCE counts them, without decoding
+    // well-formed text; false when the piece is ill-formed.
+    bool measure (const juce::String& piece, size_t& numBytes, uint64_t& numCharacters)
+    {
+        const char* bytes = piece.toRawUTF8();
+        if (isAscii (bytes, numBytes))
+        {
+            numCharacters = numBytes;
+            return true;
+        }
+        numBytes += std::strlen (bytes + numBytes);
+        if (isWellFormedUtf8 (bytes, numBytes))
+        {
+            numCharacters = countCharacters (bytes, numBytes);
+            return true;
+        }
+        numBytes = piece.getNumBytesAsUTF8();
+        numCharacters = (uint64_t) piece.length();
+        return false;
+    }
+
+    uint64_t countCharacters (const juce::String& text)
+    {
+        size_t numBytes;
+        uint64_t numCharacters;
+        measure (text, numBytes, numCharacters);
+        return numCharacters;
+    }
+
+    // The tokens of the form are a byte or two long.
+    size_t getLength (const char* literal) noexcept
+    {
+        size_t length = 0;
+        while (literal[length] != 0)
+            ++length;
+        return length;
+    }
+
+    // Larger blocks gain nothing; smaller ones cost a call to the stream more often.
+    constexpr size_t textBlockSize = 1 << 16;
 }
 
+// When the text and the buffers share a stream, each piece goes out at once, so
+// that the offsets of buffers count the text before them.
 StatePrinter::StatePrinter (juce::OutputStream& text, juce::OutputStream& binary)
-    : text (text), binary (binary)
+    : text (text), binary (binary), textSharesBinary (&text == &binary)
 {
 }
 
 void StatePrinter::emit (const juce::String& piece)
 {
+    size_t numBytes;
+    uint64_t numCharacters;
+    measure (piece, numBytes, numCharacters);
+    emit (piece.toRawUTF8(), numBytes, numCharacters);
+}
+
+void StatePrinter::emitLiteral (const char* literal)
+{
+    const size_t numBytes = getLength (literal);
+    emit (literal, numBytes, numBytes);
+}
+
+void StatePrinter::emit (const char* bytes, size_t numBytes, uint64_t numCharacters)
+{
     if (lineBreakPending)
     {
-        text.writeByte ('\n');
-        for (uint64_t i = 0; i < indentationLevel; ++i)
-            text.write ("  ", 2);
+        const auto indentation = (size_t) (2 * indentationLevel);
+        char* line = reserveText (1 + indentation);
+        line[0] = '\n';
+        std::memset (line + 1, ' ', indentation);
         column = 2 * indentationLevel;
         lineBreakPending = false;
     }
-    text.write (piece.toRawUTF8(), piece.getNumBytesAsUTF8());
-    column += (uint64_t) piece.length();
+    std::memcpy (reserveText (numBytes), bytes, numBytes);
+    column += numCharacters;
+    if (textSharesBinary)
+        flushText();
+}
+
+// Room for the bytes at the end of the pending text, which goes to the stream
+// first when the block would overflow.
+char* StatePrinter::reserveText (size_t numBytes)
+{
+    if (numPendingBytes + numBytes > pendingText.size())
+    {
+        flushText();
+        if (numBytes > pendingText.size())
+            pendingText.resize (std::max (numBytes, textBlockSize));
+    }
+    char* destination = pendingText.data() + numPendingBytes;
+    numPendingBytes += numBytes;
+    return destination;
+}
+
+void StatePrinter::flushText()
+{
+    if (numPendingBytes != 0)
+        text.write (pendingText.data(), numPendingBytes);
+    numPendingBytes = 0;
 }
 
 // Inside a compact node everything is compact. Otherwise the node must fit in
@@ -60,6 +167,12 @@ bool StatePrinter::isCompact (const State& state) const
 
 void StatePrinter::print (const State& state)
 {
+    printNode (state);
+    flushText();
+}
+
+void StatePrinter::printNode (const State& state)
+{
     const bool compact = isCompact (state);
     compactStack.push_back (compact);
     printPrefix (state);
@@ -71,19 +184,19 @@ void StatePrinter::printPrefix (const State& state)
 {
     if (auto* expression = state.getClassExpression())
     {
-        emit (State::classToken);
+        emitLiteral (State::classToken);
         emit (expression->toString());
-        emit (" ");
+        emitLiteral (" ");
     }
     if (state.getUniqueIdentifier().isNotNull())
     {
         emit (state.getUniqueIdentifier().to64BitsHexadecimalString());
-        emit (" ");
+        emitLiteral (" ");
     }
     if (state.getVersionNumber() != 0)
     {
         emit ("#" + versionToString (state.getVersionNumber()));
-        emit (" ");
+        emitLiteral (" ");
     }
 }
 
@@ -93,9 +206,10 @@ void StatePrinter::printValue (const State& state, bool compact)
     {
         case StateType::ownedPointerType:
             // A null target prints nothing after the token (and does not read back).
-            emit (juce::String (State::ownedPointerToken) + " ");
+            emitLiteral (State::ownedPointerToken);
+            emitLiteral (" ");
             if (auto target = state.getOwnedPointer())
-                print (*target);
+                printNode (*target);
             break;
         case StateType::variablesType:
             printVariables (state, compact);
@@ -104,7 +218,10 @@ void StatePrinter::printValue (const State& state, bool compact)
             printBuffer (state);
             break;
         default:
-            emit (state.toShortString (1));
+            if (makeLeafText (state))
+                emit (leafText.data(), leafText.size(), countCharacters (leafText.data(), leafText.size()));
+            else
+                emit (state.toShortString (1));
             break;
     }
 }
@@ -114,27 +231,43 @@ void StatePrinter::printVariables (const State& state, bool compact)
     const size_t count = state.getNumVariables();
     if (count == 0)
     {
-        emit ("void");
+        emitLiteral ("void");
         return;
     }
 
     lineBreakPending = lineBreakPending || ! compact;
-    emit (State::openScope);
+    emitLiteral (State::openScope);
     lineBreakPending = lineBreakPending || ! compact;
     ++indentationLevel;
     for (size_t i = 0; i < count; ++i)
     {
         const auto& name = state.getVariableName (i);
         if (name.isNotEmpty())
-            emit (name + " " + State::assignmentToken + " ");
-        print (state.getVariableStateRef (i));
+            emitName (name);
+        printNode (state.getVariableStateRef (i));
         if (i + 1 < count)
-            emit (", ");
+            emitLiteral (", ");
         lineBreakPending = lineBreakPending || ! compact;
     }
     --indentationLevel;
     lineBreakPending = lineBreakPending || ! compact;
-    emit (State::closeScope);
+    emitLiteral (State::closeScope);
+}
+
+// An ill-formed name is one piece with its " = ", as JUCE counts the two together.
+void StatePrinter::emitName (const juce::String& name)
+{
+    size_t numBytes;
+    uint64_t numCharacters;
+    if (! measure (name, numBytes, numCharacters))
+    {
+        emit (name + " " + State::assignmentToken + " ");
+        return;
+    }
+    emit (name.toRawUTF8(), numBytes, numCharacters);
+    emitLiteral (" ");
+    emitLiteral (State::assignmentToken);
+    emitLiteral (" ");
 }
 
 void StatePrinter::printBuffer (const State& state)
@@ -145,6 +278,27 @@ void StatePrinter::printBuffer (const State& state)
         binary.write (buffer.getData(), (size_t) buffer.getSize());
 }
 
+// The text of the plain values, which the tree is mostly made of, without the
+// juce::String of toShortString: false for the other values.
+bool StatePrinter::makeLeafText (const State& state) const
+{
+    leafText.clear();
+    switch (state.getType())
+    {
+        case StateType::voidType:     leafText += "void"; return true;
+        case StateType::booleanType:  leafText += state.getBoolean() ? "true" : "false"; return true;
+        case StateType::realType:     appendRealText (state.getReal(), leafText); return true;
+        case StateType::stringType:   return appendQuotedText (state.getString(), leafText);
+        case StateType::integerType:
+        {
+            char digits[24];
+            leafText.append (digits, (size_t) (std::to_chars (digits, digits + sizeof (digits), state.getInteger()).ptr - digits));
+            return true;
+        }
+        default:                      return false;
+    }
+}
+
 //==============================================================================
 uint64_t StatePrinter::estimateLength (const State& state, uint64_t limit) const
 {
@@ -152,7 +306,7 @@ uint64_t StatePrinter::estimateLength (const State& state, uint64_t limit) const
     const auto add = [&] (uint64_t amount) { total += amount; return total >= limit; };
 
     if (auto* expression = state.getClassExpression())
-        if (add ((uint64_t) expression->toString().length() + 2))
+        if (add (countCharacters (expression->toString()) + 2))
             return total;
     if (state.getUniqueIdentifier().isNotNull())
         if (add ((uint64_t) state.getUniqueIdentifier().to64BitsHexadecimalString().length() + 1))
@@ -179,7 +333,7 @@ uint64_t StatePrinter::estimateLength (const State& state, uint64_t limit) const
             for (size_t i = 0; i < count; ++i)
             {
                 const auto& name = state.getVariableName (i);
-                if (name.isNotEmpty() && add ((uint64_t) name.length() + 3))
+                if (name.isNotEmpty() && add (countCharacters (name) + 3))
                     return total;
                 if (add (estimateLength (state.getVariableStateRef (i), limit - total)))
                     return total;
@@ -196,7 +350,7 @@ uint64_t StatePrinter::estimateLength (const State& state, uint64_t limit) const
             add (numDigits ((juce::int64) binary.getPosition()) + numDigits ((juce::uint64) state.getBuffer().getSize()) + 3);
             return total;
         default:
-            add ((uint64_t) state.toShortString (1).length());
+            add (makeLeafText (state) ? countCharacters (leafText.data(), leafText.size()) : (uint64_t) state.toShortString (1).length());
             return total;
     }
 }

@@ -2,6 +2,7 @@
 
 #include <juce_core/juce_core.h>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace tov
@@ -22,6 +23,11 @@ class State;
     The estimate stops as soon as it reaches the room left, so that deciding
     the layout of a large subtree does not walk all of it at each level.
 
+    Pieces are counted as JUCE counts a juce::String, even when they are
+    ill-formed UTF-8: the bytes that getNumBytesAsUTF8 counts are written and
+    the characters that length() counts advance the column. The text goes to
+    its stream in large blocks, and at the end of each print.
+
     Buffers are not part of the text: their bytes go to the binary stream, one
     after the other in printing order, and the text holds "[offset size]".
 */
@@ -41,17 +47,28 @@ public:
 private:
     juce::OutputStream& text;
     juce::OutputStream& binary;
+    const bool textSharesBinary;
     uint64_t indentationLevel = 0;
     uint64_t column = 0;
     std::vector<bool> compactStack;
     bool lineBreakPending = false;
+    std::vector<char> pendingText; // what goes to the text stream next, in its first numPendingBytes
+    size_t numPendingBytes = 0;
+    mutable std::string leafText;
 
+    void printNode (const State& state);
     void emit (const juce::String& piece);
+    void emit (const char* bytes, size_t numBytes, uint64_t numCharacters);
+    void emitLiteral (const char* literal);
+    void emitName (const juce::String& name);
+    char* reserveText (size_t numBytes);
+    void flushText();
     bool isCompact (const State& state) const;
     void printPrefix (const State& state);
     void printValue (const State& state, bool compact);
     void printVariables (const State& state, bool compact);
     void printBuffer (const State& state);
+    bool makeLeafText (const State& state) const;
 };
 
 } // namespace tov

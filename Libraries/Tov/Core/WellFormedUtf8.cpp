@@ -61,6 +61,11 @@ static size_t findIllFormedSequence (const uint8_t* bytes, size_t numBytes) noex
     return numBytes;
 }
 
+bool isWellFormedUtf8 (const void* bytes, size_t numBytes) noexcept
+{
+    return findIllFormedSequence (static_cast<const uint8_t*> (bytes), numBytes) == numBytes;
+}
+
 juce::String makeWellFormedUtf8 (const void* data, size_t numBytes)
 {
     const auto* bytes = static_cast<const uint8_t*> (data);

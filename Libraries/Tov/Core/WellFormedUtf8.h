@@ -11,6 +11,9 @@ namespace tov
 */
 size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept;
 
+/** True when every sequence of the bytes is well-formed. */
+bool isWellFormedUtf8 (const void* bytes, size_t numBytes) noexcept;
+
 /** The text of the bytes with each byte of an ill-formed sequence read as U+FFFD.
 
     A juce::String can carry ill-formed UTF-8, which JUCE's conversions then
