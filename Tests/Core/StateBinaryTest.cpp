@@ -1,5 +1,6 @@
 #include <Tov/Core/State.h>
 #include <Tov/Core/ClassExpression.h>
+#include <Support/RandomTreeGenerator.h>
 #include <gtest/gtest.h>
 
 using namespace tov;
@@ -223,4 +224,112 @@ TEST (StateBinaryTest, ReadingAgainWhatWasWrittenGivesTheSameTree)
     auto reread = roundTrip (*state);
     EXPECT_TRUE (state->equals (*reread));
     EXPECT_GE (state->findVariable (juce::String::fromUTF8 ("\xef\xbf\xbd?s")), 0);
+}
+
+//==============================================================================
+// Memory streams are read in place; any other stream through its calls. Both
+// must give the same tree, report and position, whole or cut short.
+namespace
+{
+    /** The bytes of a MemoryInputStream behind a stream of another type. */
+    class OtherStream : public juce::InputStream
+    {
+    public:
+        OtherStream (const void* data, size_t size) : input (data, size, false) {}
+        juce::int64 getTotalLength() override          { return input.getTotalLength(); }
+        bool isExhausted() override                    { return input.isExhausted(); }
+        int read (void* destination, int size) override { return input.read (destination, size); }
+        juce::int64 getPosition() override             { return input.getPosition(); }
+        bool setPosition (juce::int64 position) override { return input.setPosition (position); }
+
+    private:
+        juce::MemoryInputStream input;
+    };
+
+    juce::String describeRead (juce::InputStream& input)
+    {
+        std::shared_ptr<State> state;
+        juce::String error;
+        const bool read = State::loadFromBinary (input, state, error);
+        juce::MemoryOutputStream again;
+        State::toBinary (state.get(), again);
+        return juce::String ((int) read) + " " + error + " " + juce::String (input.getPosition()) + " "
+             + juce::String::toHexString (again.getData(), (int) again.getDataSize());
+    }
+
+    /** Accepts a number of bytes, then fails every write. */
+    class FailingStream : public juce::OutputStream
+    {
+    public:
+        explicit FailingStream (size_t capacity) : capacity (capacity) {}
+        void flush() override {}
+        bool setPosition (juce::int64) override        { return false; }
+        juce::int64 getPosition() override             { return (juce::int64) received.getDataSize(); }
+        bool write (const void* data, size_t size) override
+        {
+            return received.getDataSize() + size <= capacity && received.write (data, size);
+        }
+
+        juce::MemoryOutputStream received;
+
+    private:
+        size_t capacity;
+    };
+}
+
+TEST (StateBinaryTest, MemoryStreamsReadAsOtherStreamsRead)
+{
+    tov::testing::RandomTreeGenerator generator (56);
+    juce::Random random (56);
+    for (int i = 0; i < 300; ++i)
+    {
+        auto bytes = toBytes (generator.makeTree (4).get());
+        for (int variant = 0; variant < 8; ++variant)
+        {
+            auto input = bytes;
+            if (variant % 2 == 1)
+                input.resize ((size_t) random.nextInt ((int) input.size()));
+            else if (variant > 0)
+                input[(size_t) random.nextInt ((int) input.size())] = (uint8_t) random.nextInt (256);
+
+            juce::MemoryInputStream memory (input.data(), input.size(), false);
+            OtherStream other (input.data(), input.size());
+            ASSERT_EQ (describeRead (memory), describeRead (other)) << i << " " << variant;
+        }
+    }
+}
+
+TEST (StateBinaryTest, WritingStopsAtAFailingStream)
+{
+    tov::testing::RandomTreeGenerator generator (78);
+    for (int i = 0; i < 50; ++i)
+    {
+        auto tree = generator.makeTree (5);
+        const auto bytes = toBytes (tree.get());
+        for (size_t capacity : { (size_t) 0, (size_t) 1, bytes.size() / 2, bytes.size() - 1, bytes.size() })
+        {
+            FailingStream output (capacity);
+            EXPECT_EQ (State::toBinary (tree.get(), output), capacity == bytes.size()) << capacity;
+            const auto* received = static_cast<const uint8_t*> (output.received.getData());
+            EXPECT_TRUE (std::equal (received, received + output.received.getDataSize(), bytes.begin()));
+        }
+    }
+}
+
+// The bytes of a string are those that OutputStream::writeString writes, which
+// for ill-formed text stops where JUCE's count of it stops.
+TEST (StateBinaryTest, IllFormedStringsAreWrittenAsJuceWritesThem)
+{
+    for (auto* bytes : { "plain", "caf\xc3\xa9", "a\x80\x80z", "x\xc0\x80y", "\xe0\x80\xafz", "\xff\xfe", "\xf7\xbf\xbf\xbfq" })
+    {
+        const auto text = juce::String::fromUTF8 (bytes, (int) std::strlen (bytes));
+        juce::MemoryOutputStream expected;
+        expected.writeShort (0x0101);
+        expected.writeByte (0);
+        expected.writeString (text);
+
+        juce::MemoryOutputStream written;
+        State (text).toBinary (written);
+        EXPECT_TRUE (written.getMemoryBlock() == expected.getMemoryBlock()) << bytes;
+    }
 }

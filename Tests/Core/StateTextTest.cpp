@@ -5,6 +5,9 @@
 #include <Tov/Core/ClassExpression.h>
 #include <Support/RecordingExecutionContext.h>
 #include <gtest/gtest.h>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 
 using namespace tov;
@@ -246,6 +249,31 @@ TEST (StateTextTest, RealsPrintWithTwelveDecimalsAndInfinities)
     EXPECT_EQ (list->saveToString(), "{1., 0.1, -0.00000025, +oo, -oo, 0.0}\n");
 }
 
+// What juce::String (value, 12, false) gives, which reals have always been printed from.
+TEST (StateTextTest, RealsPrintAsJuceFormatsThemWithTwelveDecimals)
+{
+    const auto expected = [] (double value)
+    {
+        const juce::String text (value, 12, false);
+        return text.containsChar ('.') ? text.trimCharactersAtEnd ("0") : text + ".";
+    };
+    juce::Random random (12);
+    std::vector<double> values { 0.0, -0.0, 5e-13, 1.5e-12, 2.5e-12, 8999999.999999999, 9.0e6, 1e15, 1e36, -1e40, 1e300,
+                                 std::numeric_limits<double>::min(), std::numeric_limits<double>::denorm_min() };
+    for (int k = -20000; k <= 20000; ++k)
+    {
+        values.push_back (k / 8192.0);              // ties at the twelfth decimal, rounded to even
+        values.push_back (k / 8192.0 + 4096.0);
+        values.push_back (k / 1000.0);
+        values.push_back (k * 1e-13);
+    }
+    for (int i = 0; i < 100000; ++i)
+        values.push_back ((random.nextDouble() - 0.5) * std::pow (10.0, random.nextInt (50) - 20));
+
+    for (double value : values)
+        ASSERT_EQ (State (value).toShortString(), expected (value)) << juce::String (value, 17, true);
+}
+
 //==============================================================================
 // Parsing: values
 
@@ -286,6 +314,29 @@ TEST (StateTextTest, RealForms)
     EXPECT_EQ (parseSuccess ("+oo")->getReal(), largest);
     EXPECT_EQ (parseSuccess ("-oo")->getReal(), -largest);
     EXPECT_EQ (parseSuccess ("0.0")->getReal(), 0.0);
+}
+
+// Reals read as the C library reads the token, whichever way the parser takes.
+TEST (StateTextTest, RealsReadAsStrtodReadsThem)
+{
+    juce::Random random (34);
+    const char bytes[] = "0123456789-+e";
+    for (int i = 0; i < 50000; ++i)
+    {
+        std::string token;
+        for (int n = 1 + random.nextInt (22); --n >= 0;)
+            token += bytes[random.nextInt (i % 4 == 0 ? 13 : 10)];
+        token.insert ((size_t) random.nextInt ((int) token.size() + 1), ".");
+        if (i % 3 == 0)
+            token.insert (0, "-");
+
+        RecordingExecutionContext context;
+        auto state = State::createFromStateString (context, token, "src");
+        if (state == nullptr || state->getType() != StateType::realType)
+            continue;
+        const double expected = std::strtod (token.c_str(), nullptr), read = state->getReal();
+        EXPECT_EQ (std::memcmp (&expected, &read, sizeof (double)), 0) << token;
+    }
 }
 
 TEST (StateTextTest, StringEscapes)
