@@ -24,7 +24,7 @@
 struct BenchmarkDocument
 {
     /** The document whose State text is about the given size; made on first use and kept. */
-    static const BenchmarkDocument& get (size_t stateTextBytes);
+    static const BenchmarkDocument& get (size_t targetTextBytes);
 
     std::shared_ptr<tov::State> state;
     juce::String stateText;
@@ -45,5 +45,5 @@ struct BenchmarkDocument
     size_t nlohmannTextBytes = 0;
 
 private:
-    explicit BenchmarkDocument (size_t stateTextBytes);
+    explicit BenchmarkDocument (size_t targetTextBytes);
 };
