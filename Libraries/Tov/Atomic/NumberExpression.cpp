@@ -1,0 +1,178 @@
+#include "NumberExpression.h"
+
+namespace tov
+{
+
+static std::vector<juce::juce_wchar> toCharacters (const juce::String& text)
+{
+    std::vector<juce::juce_wchar> result;
+    for (auto p = text.getCharPointer(); ! p.isEmpty();)
+        result.push_back (p.getAndAdvance());
+    return result;
+}
+
+static juce::String fromCharacters (const std::vector<juce::juce_wchar>& characters, size_t start, size_t end)
+{
+    juce::String result;
+    result.preallocateBytes (end - start);
+    for (size_t i = start; i < end; ++i)
+        result += juce::String::charToString (characters[i]);
+    return result;
+}
+
+juce::String NumberExpression::evaluate (const juce::String& expression, juce::String& error)
+{
+    return NumberExpression (expression, toCharacters (expression.removeCharacters (" \t")), error).run();
+}
+
+NumberExpression::NumberExpression (const juce::String& input, Characters characters, juce::String& error)
+    : input (input), error (error), characters (std::move (characters))
+{
+}
+
+bool NumberExpression::isOperator (juce::juce_wchar c) noexcept
+{
+    return c == '+' || c == '-' || c == '*' || c == '/';
+}
+
+bool NumberExpression::isDigit (juce::juce_wchar c) noexcept
+{
+    return (c >= '0' && c <= '9') || c == '.';
+}
+
+//==============================================================================
+juce::String NumberExpression::run()
+{
+    for (size_t index = 0; index < characters.size(); ++index)
+    {
+        const juce::juce_wchar c = characters[index];
+        Outcome outcome;
+        if (isOperator (c))
+            outcome = scanOperator (index);
+        else if (isDigit (c))
+            outcome = scanDigit (index);
+        else if (c == '(' && number.isEmpty())
+            outcome = scanParenthesis (index);
+        else
+            outcome = scanOther (index);
+
+        if (outcome == Outcome::failed)
+            return {};
+        if (outcome == Outcome::unchanged)
+            return input;
+        if (outcome == Outcome::stop)
+            break;
+    }
+
+    tokens.add (number);
+    fold ("*/");
+    fold ("+-");
+    return tokens[0] + suffix;
+}
+
+NumberExpression::Outcome NumberExpression::scanOperator (size_t& index)
+{
+    const juce::juce_wchar c = characters[index];
+    const bool digitFollows = index + 1 < characters.size() && isDigit (characters[index + 1]);
+    if (number.isEmpty() && (c == '+' || c == '-') && digitFollows)
+    {
+        number += juce::String::charToString (c);
+        return Outcome::carryOn;
+    }
+    if (number.isEmpty())
+        return fail ("unexcepted operator '" + juce::String::charToString (c) + "'");
+
+    tokens.add (number);
+    tokens.add (juce::String::charToString (c));
+    number.clear();
+    parenthesisJustClosed = false;
+    return Outcome::carryOn;
+}
+
+NumberExpression::Outcome NumberExpression::scanDigit (size_t index)
+{
+    const juce::juce_wchar c = characters[index];
+    // A second dot makes no number of this grammar: dotted times and versions stay as typed.
+    if (c == '.' && number.containsChar ('.'))
+        return Outcome::unchanged;
+    if (parenthesisJustClosed)
+        return fail ("unexcepted token '" + juce::String::charToString (c) + "'");
+    number += juce::String::charToString (c);
+    return Outcome::carryOn;
+}
+
+NumberExpression::Outcome NumberExpression::scanParenthesis (size_t& index)
+{
+    size_t closing = index + 1;
+    for (int depth = 1; closing < characters.size(); ++closing)
+    {
+        if (characters[closing] == '(')
+            ++depth;
+        else if (characters[closing] == ')' && --depth == 0)
+            break;
+    }
+    if (closing >= characters.size())
+        return fail ("missing closing parenthesis");
+
+    const juce::String inside = fromCharacters (characters, index + 1, closing);
+    juce::String innerError;
+    const juce::String result = NumberExpression (inside, Characters (characters.begin() + (long) index + 1,
+                                                                      characters.begin() + (long) closing),
+                                                  innerError).run();
+    if (innerError.isNotEmpty())
+        return fail (innerError);
+
+    number = result;
+    parenthesisJustClosed = true;
+    index = closing;
+    return Outcome::carryOn;
+}
+
+NumberExpression::Outcome NumberExpression::scanOther (size_t index)
+{
+    // Units and other words after a number are kept for the caller; after an operator they make no sense.
+    if (index == 0 || number.isNotEmpty())
+    {
+        suffix = fromCharacters (characters, index, characters.size());
+        return Outcome::stop;
+    }
+    return fail ("unexcepted token '" + juce::String::charToString (characters[index]) + "'");
+}
+
+NumberExpression::Outcome NumberExpression::fail (const juce::String& message)
+{
+    error = message;
+    return Outcome::failed;
+}
+
+//==============================================================================
+void NumberExpression::fold (const juce::String& operators)
+{
+    for (int i = 1; i + 1 < tokens.size();)
+    {
+        const juce::String& operation = tokens[i];
+        if (operation.length() == 1 && operators.containsChar (operation[0]))
+        {
+            const double value = apply (operation[0], tokens[i - 1].getDoubleValue(), tokens[i + 1].getDoubleValue());
+            tokens.set (i - 1, juce::String (value));
+            tokens.removeRange (i, 2);
+        }
+        else
+        {
+            i += 2;
+        }
+    }
+}
+
+double NumberExpression::apply (juce::juce_wchar operation, double left, double right)
+{
+    switch (operation)
+    {
+        case '*': return left * right;
+        case '/': return left / right;
+        case '+': return left + right;
+        default:  return left - right;
+    }
+}
+
+} // namespace tov
