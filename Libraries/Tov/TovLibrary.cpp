@@ -4,6 +4,7 @@
 #include "Core/DynamicallyLinkedLibrary.h"
 #include "Atomic/Atomic.h"
 #include "Standard/ExecutionContext.h"
+#include "Standard/StateObject.h"
 
 namespace tov
 {
@@ -99,6 +100,7 @@ Library* createTovMessageLibrary()
 Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
+    library->addClass<StateObject>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));

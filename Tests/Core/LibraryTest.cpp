@@ -455,3 +455,83 @@ TEST_F (GeneratorFixture, TwoThreadsGetTheSameNewClass)
         Library::getRootLibrary()->removeLibrary (generatorLibrary);
     }
 }
+
+namespace
+{
+class ShapeEditor : public Object
+{
+public:
+    TOV_DECLARE_CLASS (ShapeEditor, Object)
+};
+class BoxEditor : public Object
+{
+public:
+    TOV_DECLARE_CLASS (BoxEditor, Object)
+};
+class EmptyEditor : public Object
+{
+public:
+    TOV_DECLARE_CLASS (EmptyEditor, Object)
+};
+TOV_BEGIN_CLASS (ShapeEditor, { "target", "'Shape" })
+TOV_END_CLASS()
+TOV_BEGIN_CLASS (BoxEditor)
+TOV_END_CLASS()
+TOV_BEGIN_CLASS (EmptyEditor)
+TOV_END_CLASS()
+}
+
+TEST_F (GeneratorFixture, TemplateClassesInheritByArguments)
+{
+    auto* boxOfShapes = getTemplateClass ("Box", &Shape::staticClass);
+    auto* boxOfRectangles = getTemplateClass ("Box", &Rectangle::staticClass);
+    EXPECT_TRUE (boxOfRectangles->inheritsFrom (boxOfShapes));
+    EXPECT_FALSE (boxOfShapes->inheritsFrom (boxOfRectangles));
+    EXPECT_TRUE (boxOfShapes->inheritsFrom (&Shape::staticClass));
+}
+
+TEST_F (GeneratorFixture, ExpressionsRelativeToATemplateClass)
+{
+    auto* boxOfShapes = getTemplateClass ("Box", &Shape::staticClass);
+    EXPECT_EQ (boxOfShapes->makeClassExpressionRelativeTo (createAtomicClassExpression ("target")), Shape::staticClass.getExpression());
+    EXPECT_EQ (boxOfShapes->makeClassExpressionRelativeTo (createAtomicClassExpression ("Empty")), createAtomicClassExpression ("Empty"));
+
+    auto targetArgument = std::make_shared<State> (createAtomicClassExpression ("target"));
+    auto* relative = boxOfShapes->makeClassExpressionRelativeTo (createTemplateClassExpression ("Box", targetArgument));
+    EXPECT_EQ (relative, boxOfShapes->getExpression());
+
+    auto thisArgument = std::make_shared<State> (createAtomicClassExpression ("this"));
+    auto* nested = boxOfShapes->makeClassExpressionRelativeTo (createTemplateClassExpression ("Box", thisArgument));
+    EXPECT_EQ (nested->toString(), "Box(Box(Shape))");
+
+    auto* parameter = boxOfShapes->makeClassExpressionRelativeTo (createClassParameterExpression (createAtomicClassExpression ("target"), "interpolationKey"));
+    EXPECT_EQ (parameter, createClassParameterExpression (Shape::staticClass.getExpression(), "interpolationKey"));
+    EXPECT_EQ (ClassRegistry::getInstance()->resolve (parameter), &Shape::staticClass);
+}
+
+TEST_F (GeneratorFixture, ClassParameterThatIsMissing)
+{
+    juce::String error;
+    auto* expression = createClassParameterExpression (Shape::staticClass.getExpression(), "colour");
+    EXPECT_EQ (ClassRegistry::getInstance()->resolve (expression, &error), nullptr);
+    EXPECT_EQ (error, "Could not find parameter colour in class Shape");
+    auto* key = createClassParameterExpression (Shape::staticClass.getExpression(), "interpolationKey");
+    EXPECT_EQ (ClassRegistry::getInstance()->resolve (key, &error), &Shape::staticClass);
+}
+
+TEST_F (GeneratorFixture, RelatedClasses)
+{
+    auto* editors = new NamedLibrary ("Editors", {});
+    editors->addClass<ShapeEditor>();
+    editors->addClass<BoxEditor>();
+    editors->addClass<EmptyEditor>();
+    Library::getRootLibrary()->addLibrary (editors);
+
+    EXPECT_EQ (Shape::staticClass.getRelatedClass ("Editor"), &ShapeEditor::staticClass);
+    EXPECT_EQ (RoundedRectangle::staticClass.getRelatedClass ("Editor"), &ShapeEditor::staticClass);
+    EXPECT_EQ (Empty::staticClass.getRelatedClass ("Editor"), &EmptyEditor::staticClass);
+    EXPECT_EQ (TestInteger::staticClass.getRelatedClass ("Editor"), nullptr);
+    EXPECT_EQ (getTemplateClass ("Box", &Empty::staticClass)->getRelatedClass ("Editor"), &BoxEditor::staticClass);
+
+    Library::getRootLibrary()->removeLibrary (editors);
+}

@@ -358,11 +358,33 @@ bool Class::inheritsFrom (const Class* other) const
     // A class that no library initialised yet learns its base here.
     for (Class* level = const_cast<Class*> (this); level != nullptr; level = level->baseClass)
     {
-        if (level == other)
+        if (level == other || level->inheritsFromTemplate (other))
             return true;
         level->initializeClass();
     }
     return false;
+}
+
+// OwnedVector(String) inherits from the class named OwnedVector, and from
+// OwnedVector(X) when String inherits from X.
+bool Class::inheritsFromTemplate (const Class* other) const
+{
+    if (expression == nullptr || other->expression == nullptr || expression->getType() != ClassExpression::templateApplication)
+        return false;
+    const auto* otherExpression = other->expression;
+    if (otherExpression->getType() == ClassExpression::atomic)
+        return otherExpression->getIdentifier() == expression->getIdentifier();
+    if (otherExpression->getType() != ClassExpression::templateApplication || otherExpression->getIdentifier() != expression->getIdentifier())
+        return false;
+
+    auto arguments = expression->getClassGeneratorArguments().getClassVector();
+    auto otherArguments = otherExpression->getClassGeneratorArguments().getClassVector();
+    if (arguments.empty() || arguments.size() != otherArguments.size())
+        return false;
+    for (size_t i = 0; i < arguments.size(); ++i)
+        if (! arguments[i]->inheritsFrom (otherArguments[i]))
+            return false;
+    return true;
 }
 
 Class* Class::findCommonBaseClass (Class* a, Class* b)
@@ -385,15 +407,91 @@ Class* Class::findCommonBaseClass (Class* a, Class* b)
 
 Class* Class::getClassRelativeToThis (const juce::String& text) const
 {
-    return tov::getClass (text.trim());
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    auto* parsed = createClassExpressionFromString (text, nullptr);
+    if (registry == nullptr || parsed == nullptr)
+        return nullptr;
+    return registry->resolve (makeClassExpressionRelativeTo (parsed), nullptr);
 }
 
-juce::StringArray Class::getRelatedClassCandidates (const ClassExpression* levelExpression, const juce::String& suffix) const
+const ClassExpression* Class::makeClassExpressionRelativeTo (const ClassExpression* source) const
 {
-    juce::StringArray candidates;
-    if (levelExpression != nullptr)
-        candidates.add (levelExpression->toString() + suffix);
-    return candidates;
+    const ClassExpression* expression = source;
+    while (expression != nullptr && expression->getType() == ClassExpression::atomic)
+    {
+        auto* attribute = findAttributeOfType (expression->getIdentifier(), StateType::classExpressionType);
+        if (attribute == nullptr || attribute->getClassExpressionValue() == nullptr || attribute->getClassExpressionValue() == expression)
+            return expression;
+        expression = attribute->getClassExpressionValue();
+    }
+    if (expression == nullptr)
+        return nullptr;
+
+    if (expression->getType() == ClassExpression::classParameter)
+        return createClassParameterExpression (makeClassExpressionRelativeTo (expression->getClassParameterExpression()),
+                                               expression->getIdentifier());
+    if (expression->getType() != ClassExpression::templateApplication)
+        return expression;
+
+    const auto& arguments = expression->getClassGeneratorArgumentsPtr();
+    std::shared_ptr<State> relative = arguments;
+    if (arguments->getType() == StateType::classExpressionType)
+    {
+        const auto* argument = makeClassExpressionRelativeTo (arguments->getClassExpressionValue());
+        if (argument != nullptr && argument->getType() == ClassExpression::atomic && argument->getIdentifier() == "this")
+            relative = std::make_shared<State> (this->expression);
+        else if (argument != nullptr && argument->getType() == ClassExpression::atomic && hasAttribute (argument->getIdentifier()))
+            relative = getAttribute (argument->getIdentifier());
+        else
+            relative = std::make_shared<State> (argument);
+    }
+    else if (arguments->getType() == StateType::variablesType)
+    {
+        relative = std::make_shared<State>();
+        for (size_t i = 0; i < arguments->getNumVariables(); ++i)
+        {
+            auto value = arguments->getVariableState (i);
+            if (value->getType() == StateType::classExpressionType)
+                value = std::make_shared<State> (makeClassExpressionRelativeTo (value->getClassExpressionValue()));
+            relative->addVariable (arguments->getVariableName (i), value);
+        }
+    }
+    return createTemplateClassExpression (expression->getIdentifier(), relative);
+}
+
+// Candidate names of companion classes, from the most specific.
+static void addRelatedClassCandidates (const ClassExpression* expression, const juce::String& suffix, juce::StringArray& candidates)
+{
+    if (expression == nullptr)
+        return;
+    if (expression->getType() != ClassExpression::templateApplication)
+    {
+        candidates.add (expression->toString() + suffix);
+        return;
+    }
+
+    const auto& arguments = expression->getClassGeneratorArguments();
+    const auto templateSuffix = expression->getIdentifier() + suffix;
+    if (arguments.getType() == StateType::classExpressionType)
+    {
+        addRelatedClassCandidates (arguments.getClassExpressionValue(), templateSuffix, candidates);
+    }
+    else if (arguments.getType() == StateType::variablesType)
+    {
+        juce::String parts;
+        for (size_t i = 0; i < arguments.getNumVariables(); ++i)
+        {
+            const auto& value = arguments.getVariableStateRef (i);
+            parts += value.getType() == StateType::classExpressionType && value.getClassExpressionValue() != nullptr
+                         ? value.getClassExpressionValue()->strip() : value.toShortString();
+        }
+        candidates.add (parts + templateSuffix);
+    }
+    else
+    {
+        candidates.add (arguments.toShortString() + templateSuffix);
+    }
+    candidates.add (templateSuffix);
 }
 
 Class* Class::getRelatedClass (const juce::String& suffix)
@@ -406,15 +504,20 @@ Class* Class::getRelatedClass (const juce::String& suffix)
     Class* result = nullptr;
     for (Class* level = this; level != nullptr && result == nullptr; level = level->baseClass)
     {
-        for (auto& candidate : getRelatedClassCandidates (level->expression, suffix))
+        juce::StringArray candidates;
+        addRelatedClassCandidates (level->expression, suffix, candidates);
+        const bool levelIsTemplate = level->expression != nullptr && level->expression->getType() == ClassExpression::templateApplication;
+        for (auto& candidate : candidates)
         {
             auto* found = tov::getClass (candidate);
             if (found == nullptr)
                 continue;
             found->initializeClass();
-            auto* target = found->AttributesHost::getClassAttribute ("target", nullptr);
-            if (! found->hasAttribute ("target") || inheritsFrom (target)
-                || suffix == "GroupCommand" || suffix == "SelectionMenu")
+            const bool targetFits = ! found->hasAttribute ("target")
+                                 || inheritsFrom (found->AttributesHost::getClassAttribute ("target", nullptr));
+            const bool exempt = suffix == "GroupCommand" || suffix == "SelectionMenu"
+                             || (levelIsTemplate && candidate == level->expression->getIdentifier() + suffix);
+            if (targetFits || exempt)
             {
                 result = found;
                 break;

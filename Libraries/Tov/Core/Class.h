@@ -128,6 +128,8 @@ public:
     static bool inheritsFrom (const Class* derived, const Class* base) { return derived != nullptr && base != nullptr && derived->inheritsFrom (base); }
     static Class* findCommonBaseClass (Class* a, Class* b);
     Class* getClassRelativeToThis (const juce::String& text) const;
+    /** Replaces names of this class's class-valued attributes (and "this") by the classes they hold. */
+    const ClassExpression* makeClassExpressionRelativeTo (const ClassExpression* expression) const;
     /** For class Foo and suffix "Editor", the class FooEditor or that of the nearest base class; cached. */
     Class* getRelatedClass (const juce::String& suffix);
 
@@ -179,7 +181,7 @@ private:
 
     Object* createDefaultObject();
     void applyFileOrigin (ExecutionContext& context, const juce::String& originName, const juce::String& path);
-    juce::StringArray getRelatedClassCandidates (const ClassExpression* expression, const juce::String& suffix) const;
+    bool inheritsFromTemplate (const Class* other) const;
 };
 
 } // namespace tov

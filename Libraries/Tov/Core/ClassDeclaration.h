@@ -112,7 +112,7 @@ public:
     TOV_DEFINE_LOOK_UP_CLASS (ClassName) \
     const ::tov::ClassDeclaration& ClassName::getClassDeclaration() \
     { \
-        using ThisType = ClassName; \
+        using ThisType [[maybe_unused]] = ClassName; \
         static const ::tov::ClassDeclaration declaration { #ClassName, ::tov::AttributeTextList { __VA_ARGS__ }, {
 
 #define TOV_DEFINE_LOOK_UP_CLASS(ClassName) \

@@ -90,6 +90,18 @@ const ClassExpression* createTemplateClassExpression (const juce::String& templa
     return expressions.back().get();
 }
 
+const ClassExpression* createClassParameterExpression (const ClassExpression* base, const juce::String& attributeName)
+{
+    static std::mutex lock;
+    static std::map<std::pair<const ClassExpression*, juce::String>, std::unique_ptr<ClassExpression>> expressions;
+
+    std::lock_guard<std::mutex> guard (lock);
+    auto& slot = expressions[{ base, attributeName }];
+    if (slot == nullptr)
+        slot = std::make_unique<ClassExpression> (ClassExpression::classParameter, attributeName, base);
+    return slot.get();
+}
+
 // Plain names only for now; "tov::" is the library's own namespace and names the same class.
 const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage)
 {

@@ -43,6 +43,12 @@ public:
     /** The name without template arguments or class parameters. */
     juce::String strip() const;
 
+    /** The optional form: a present flag, then type, identifier, inner expression and arguments. */
+    static bool toBinary (const ClassExpression* expression, juce::OutputStream& output);
+    bool toBinary (juce::OutputStream& output) const                    { return toBinary (this, output); }
+    /** Reads and interns an expression; a template without arguments reads as null. */
+    static bool loadFromBinary (juce::InputStream& input, const ClassExpression*& expression, juce::String& error);
+
     /** Null equals only null; otherwise type, identifier, parameter expression and arguments must agree. */
     static bool equals (const ClassExpression* a, const ClassExpression* b);
 
@@ -58,6 +64,9 @@ const ClassExpression* createAtomicClassExpression (const juce::String& name);
 
 /** The interned template expression of the name with these arguments, made when new. */
 const ClassExpression* createTemplateClassExpression (const juce::String& templateName, const std::shared_ptr<State>& arguments);
+
+/** The interned expression of the class-valued attribute of the base expression's class, made when new. */
+const ClassExpression* createClassParameterExpression (const ClassExpression* base, const juce::String& attributeName);
 
 /** Parses and interns a class expression; null with the reason in errorMessage (which may be null). */
 const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage);

@@ -509,7 +509,7 @@ bool Object::loadFromState (ExecutionContext& context, const std::shared_ptr<Sta
 
 std::shared_ptr<State> Object::makeState (bool withoutDefaults, bool writeClass) const
 {
-    return StateObjectExporter::make (*this, withoutDefaults ? exportWithoutDefaults : 0, writeClass);
+    return StateObjectExporter::make (*this, withoutDefaults ? (uint32_t) exportWithoutDefaults : 0u, writeClass);
 }
 
 Object* Object::createFromState (ExecutionContext& context, const std::shared_ptr<State>& state, Object* parent)

@@ -177,6 +177,15 @@ public:
     static std::shared_ptr<State> createFromStateString (ExecutionContext& context, const juce::String& text,
                                                          const juce::String& source, StateParserCallback* callback = nullptr);
 
+    //==============================================================================
+    // Binary form: little-endian, no alignment, one forward pass; see StateBinary.cpp
+    bool toBinary (juce::OutputStream& output) const;
+    /** The optional form: a present flag, then the body. */
+    static bool toBinary (const State* state, juce::OutputStream& output);
+    bool loadFromBinary (juce::InputStream& input, juce::String& error);
+    /** Reads the optional form; a null state reads as a null pointer. */
+    static bool loadFromBinary (juce::InputStream& input, std::shared_ptr<State>& state, juce::String& error);
+
     /** Clears the value and makes the node void; class, identifier and version stay. */
     void clearValue();
 
@@ -203,6 +212,8 @@ private:
     } payload { 0 };
 
     void setType (StateType newType);
+    bool loadBufferFromBinary (juce::InputStream& input, juce::String& error);
+    bool loadVariablesFromBinary (juce::InputStream& input, juce::String& error);
 };
 
 /** An ordered list of names and shared States, scanned linearly; also the storage of attributes. */

@@ -1,4 +1,7 @@
 #include "ExecutionContext.h"
+#include "Program.h"
+#include "SuccessStatus.h"
+#include <algorithm>
 
 namespace tov
 {
@@ -6,14 +9,13 @@ namespace tov
 TOV_BEGIN_CLASS (ExecutionContext)
 TOV_END_CLASS()
 
-TOV_BEGIN_CLASS (ToStringExecutionContext)
-TOV_END_CLASS()
-
 ExecutionContext::~ExecutionContext()
 {
     deleteAllViews();
 }
 
+//==============================================================================
+// Without a user interface nobody can answer: every question gets a refusal at once.
 bool ExecutionContext::askYesNo (const juce::String&, const juce::String&, const juce::String&, bool)
 {
     return false;
@@ -35,6 +37,21 @@ int ExecutionContext::askForOption (const juce::String&, const juce::String&, co
     return 0;
 }
 
+//==============================================================================
+void ExecutionContext::status (const SuccessStatus& status)
+{
+    const auto& message = status.getMessage();
+    if (message.isEmpty())
+        return;
+
+    switch (status.getState())
+    {
+        case SuccessStateEnum::success:  information (message, nullptr); break;
+        case SuccessStateEnum::warning:  warning (message, nullptr); break;
+        case SuccessStateEnum::error:    error (message, nullptr); break;
+    }
+}
+
 void ExecutionContext::status (bool success, const juce::String& message)
 {
     if (! success)
@@ -43,6 +60,7 @@ void ExecutionContext::status (bool success, const juce::String& message)
         warning (message, nullptr);
 }
 
+//==============================================================================
 void ExecutionContext::addView (ExecutionContextView* view)
 {
     if (views == nullptr)
@@ -54,6 +72,7 @@ void ExecutionContext::deleteView (ExecutionContextView* view)
 {
     if (view == nullptr || views == nullptr)
         return;
+
     auto position = std::find (views->begin(), views->end(), view);
     if (position != views->end())
     {
@@ -66,12 +85,14 @@ void ExecutionContext::deleteAllViews()
 {
     if (views == nullptr)
         return;
+
     for (auto* view : *views)
         delete view;
     views.reset();
 }
 
-// The size is read afresh on every step, so a callback may add a view.
+// The size is read afresh on every step, so a callback may add a view, which
+// then sees the same event.
 template <class Callback>
 void ExecutionContext::forEachView (Callback&& callback)
 {
@@ -79,46 +100,57 @@ void ExecutionContext::forEachView (Callback&& callback)
         callback (*(*views)[i]);
 }
 
-void ExecutionContext::sendEntered (const juce::String& name)   { forEachView ([&] (ExecutionContextView& v) { v.enteredCallback (name); }); }
-void ExecutionContext::sendLeaved()                             { forEachView ([&] (ExecutionContextView& v) { v.leavedCallback(); }); }
+void ExecutionContext::sendEntered (const juce::String& name)
+{
+    forEachView ([&] (ExecutionContextView& view) { view.enteredCallback (name); });
+}
+
+void ExecutionContext::sendLeaved()
+{
+    forEachView ([] (ExecutionContextView& view) { view.leavedCallback(); });
+}
+
 void ExecutionContext::sendAsked (const juce::String& question, const juce::String& answer, bool canceled)
 {
-    forEachView ([&] (ExecutionContextView& v) { v.askedCallback (question, answer, canceled); });
+    forEachView ([&] (ExecutionContextView& view) { view.askedCallback (question, answer, canceled); });
 }
-void ExecutionContext::sendWarning (const juce::String& message, const Object* subject)     { forEachView ([&] (ExecutionContextView& v) { v.warningCallback (message, subject); }); }
-void ExecutionContext::sendError (const juce::String& message, const Object* subject)       { forEachView ([&] (ExecutionContextView& v) { v.errorCallback (message, subject); }); }
-void ExecutionContext::sendInformation (const juce::String& message, const Object* subject) { forEachView ([&] (ExecutionContextView& v) { v.informationCallback (message, subject); }); }
 
-ExecutionContext& ExecutionContext::get()
+void ExecutionContext::sendWarning (const juce::String& message, const Object* subject)
 {
-    // Until a program runs, reports go to one silent context shared by all threads.
-    static ExecutionContext processContext;
-    return processContext;
+    forEachView ([&] (ExecutionContextView& view) { view.warningCallback (message, subject); });
+}
+
+void ExecutionContext::sendError (const juce::String& message, const Object* subject)
+{
+    forEachView ([&] (ExecutionContextView& view) { view.errorCallback (message, subject); });
+}
+
+void ExecutionContext::sendInformation (const juce::String& message, const Object* subject)
+{
+    forEachView ([&] (ExecutionContextView& view) { view.informationCallback (message, subject); });
 }
 
 //==============================================================================
-void ToStringExecutionContext::write (const juce::String& prefix, const juce::String& message)
+// A thread that runs a service reports to that service's own context. Until
+// services exist no thread has one; the service look-up belongs here.
+static ExecutionContext* findCurrentServiceExecutionContext()
 {
-    if (target != nullptr)
-        *target << (prefix.isEmpty() ? juce::String (">") : prefix + ": ") << message << "\n";
+    return nullptr;
 }
 
-void ToStringExecutionContext::warning (const juce::String& message, const Object* subject)
+ExecutionContext& ExecutionContext::get()
 {
-    write ("Warning", message);
-    ExecutionContext::warning (message, subject);
-}
+    if (Program::isStillRunning())
+    {
+        if (auto* serviceContext = findCurrentServiceExecutionContext())
+            return *serviceContext;
+        return Program::get().getProgramExecutionContext();
+    }
 
-void ToStringExecutionContext::error (const juce::String& message, const Object* subject)
-{
-    write ("Error", message);
-    ExecutionContext::error (message, subject);
-}
-
-void ToStringExecutionContext::information (const juce::String& message, const Object* subject)
-{
-    write ({}, message);
-    ExecutionContext::information (message, subject);
+    // Before a program exists and after it stopped, reports go nowhere. The
+    // context never gets a view, so sharing it between threads is harmless.
+    static ExecutionContext silentContext;
+    return silentContext;
 }
 
 } // namespace tov

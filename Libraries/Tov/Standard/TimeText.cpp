@@ -1,0 +1,21 @@
+#include "TimeText.h"
+
+namespace tov
+{
+
+juce::String TimeText::toString (juce::Time time)
+{
+    if (time.toMilliseconds() == 0)
+        return "N/A";
+    return juce::String::formatted ("%d/%02d/%02d %02d:%02d:%02d",
+                                    time.getYear(), time.getMonth() + 1, time.getDayOfMonth(),
+                                    time.getHours(), time.getMinutes(), time.getSeconds());
+}
+
+juce::String TimeText::toFileNameString (juce::Time time)
+{
+    return juce::String (time.getYear()) + "-" + juce::String (time.getMonth() + 1) + "-" + juce::String (time.getDayOfMonth())
+         + "_" + juce::String (time.getHours()) + "-" + juce::String (time.getMinutes()) + "-" + juce::String (time.getSeconds());
+}
+
+} // namespace tov

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <Tov/Standard/Program.h>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+namespace tov::test
+{
+
+/** A program named after the running test, so that tests running side by side
+    in separate processes never share a logs directory. Its data directory
+    starts empty. */
+class TestProgram : public Program
+{
+public:
+    TestProgram();
+
+    static juce::String getCurrentTestName();
+
+    /** Waits until the logger thread has written everything queued so far. */
+    void waitForLogger (int timeOutMilliseconds = 20000);
+};
+
+/** The exact bytes of a file. */
+std::string readBytes (const juce::File& file);
+
+/** Replaces the time stamp at the head of each line by "<time>", after checking
+    that it is a well-formed "yyyy/mm/dd hh:mm:ss" between earliest and latest
+    (whole seconds). Continuation lines of a multi-line message have no stamp
+    and are left alone. */
+::testing::AssertionResult replaceTimeStamps (const std::string& text, juce::Time earliest, juce::Time latest, std::string& result);
+
+/** The hello banner of a log, with "<time>" for its time stamps. */
+std::string expectedHelloBanner (const Program& program);
+
+/** Catches what a stream receives for as long as it lives. */
+class StreamCapture
+{
+public:
+    explicit StreamCapture (std::ostream& stream) : stream (stream), previous (stream.rdbuf (captured.rdbuf())) {}
+    ~StreamCapture() { stream.rdbuf (previous); }
+    std::string get() const { return captured.str(); }
+
+private:
+    std::ostream& stream;
+    std::ostringstream captured;
+    std::streambuf* previous;
+};
+
+/** Points HOME, for its lifetime, to a fresh folder on a RAM disk when the machine has one. */
+class ScopedHomeOnRamDisk
+{
+public:
+    ScopedHomeOnRamDisk();
+    ~ScopedHomeOnRamDisk();
+
+private:
+    juce::String previousHome;
+    juce::File home;
+};
+
+/** A clock for block timings that tests set by hand. */
+struct ManualClock
+{
+    static double now;
+    static double get() { return now; }
+};
+
+} // namespace tov::test
