@@ -138,3 +138,12 @@ TEST (NumberExpressionTest, DeepNestingIsEvaluated)
     const juce::String expression = juce::String::repeatedString ("(", depth) + "1+1" + juce::String::repeatedString (")", depth);
     expectResult (expression, "2");
 }
+
+TEST (NumberExpressionTest, HugeExponentsGiveInfinityOrZero)
+{
+    const juce::String infinity (std::numeric_limits<double>::infinity());
+    expectResult ("(9e5444444444444444)+1", infinity);
+    expectResult ("(9e-5444444444444444)+1", "1");
+    expectResult ("(9e0000000000000000002)+1", "901");
+    expectResult ("(2e3)*2", "4000");
+}

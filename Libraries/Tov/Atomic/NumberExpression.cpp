@@ -153,7 +153,7 @@ void NumberExpression::fold (const juce::String& operators)
         const juce::String& operation = tokens[i];
         if (operation.length() == 1 && operators.containsChar (operation[0]))
         {
-            const double value = apply (operation[0], tokens[i - 1].getDoubleValue(), tokens[i + 1].getDoubleValue());
+            const double value = apply (operation[0], readNumber (tokens[i - 1]), readNumber (tokens[i + 1]));
             tokens.set (i - 1, juce::String (value));
             tokens.removeRange (i, 2);
         }
@@ -162,6 +162,36 @@ void NumberExpression::fold (const juce::String& operators)
             i += 2;
         }
     }
+}
+
+// juce::String::getDoubleValue, except that exponents of more than nine digits are cut to
+// 999999999: JUCE's reader would overflow an int on them, and they give infinity or zero anyway.
+// Digits after an "e" are never part of the mantissa, so cutting them changes nothing else.
+double NumberExpression::readNumber (const juce::String& token)
+{
+    if (! token.containsAnyOf ("eE"))
+        return token.getDoubleValue();
+
+    juce::String capped;
+    auto p = token.getCharPointer();
+    while (! p.isEmpty())
+    {
+        const juce::juce_wchar c = p.getAndAdvance();
+        capped += juce::String::charToString (c);
+        if (c != 'e' && c != 'E')
+            continue;
+        if (*p == '+' || *p == '-')
+            capped += juce::String::charToString (p.getAndAdvance());
+        while (*p == '0')
+            capped += juce::String::charToString (p.getAndAdvance());
+        int digits = 0;
+        for (; p.isDigit(); ++p)
+            if (++digits <= 9)
+                capped += juce::String::charToString (*p);
+        if (digits > 9)
+            capped = capped.dropLastCharacters (9) + "999999999";
+    }
+    return capped.getDoubleValue();
 }
 
 double NumberExpression::apply (juce::juce_wchar operation, double left, double right)

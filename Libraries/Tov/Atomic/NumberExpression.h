@@ -42,6 +42,7 @@ private:
     Outcome fail (const juce::String& message);
 
     void fold (const juce::String& operators);
+    static double readNumber (const juce::String& token);
     static double apply (juce::juce_wchar operation, double left, double right);
     static bool isOperator (juce::juce_wchar c) noexcept;
     static bool isDigit (juce::juce_wchar c) noexcept;
