@@ -52,14 +52,9 @@ bool ClassObject::load (ObjectImporter& importer)
 
         case StateType::stringType:
         {
+            // A name that no class has gives none, as an empty one does.
             const juce::String name = importer.getCurrentState()->getString();
-            Class* named = name.isNotEmpty() ? tov::getClass (name) : nullptr;
-            if (name.isNotEmpty() && named == nullptr)
-            {
-                importer.sendError ("ClassObject::load", "Could not find class " + name.quoted());
-                return false;
-            }
-            set (named);
+            set (name.isNotEmpty() ? tov::getClass (name) : nullptr);
             return true;
         }
 

@@ -22,7 +22,7 @@ public:
     /** The class's name, or "< None >". */
     juce::String toString() const override;
     void save (ObjectExporter& exporter) const override;
-    /** A class expression, a class name as a string (empty for none), or void for none. */
+    /** A class expression, a class name as a string (empty or unknown for none), or void for none. */
     bool load (ObjectImporter& importer) override;
 
 private:
