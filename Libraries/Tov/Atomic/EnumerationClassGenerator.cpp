@@ -11,7 +11,7 @@ Class* EnumerationClassGenerator::create (const State& arguments, juce::String& 
 
     juce::StringArray names;
     for (size_t i = 0; i < arguments.getNumVariables(); ++i)
-        names.add (arguments.getVariableStateRef (i).toShortString().trim());
+        names.add (arguments.getVariableStateRef (i).saveToString().trim());
     return new GeneratedClass (std::move (names));
 }
 

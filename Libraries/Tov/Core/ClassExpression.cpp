@@ -1,7 +1,10 @@
 #include "ClassExpression.h"
 #include "State.h"
+#include "StateParser.h"
+#include "../Standard/ExecutionContext.h"
 #include <map>
 #include <mutex>
+#include <unordered_map>
 
 namespace tov
 {
@@ -63,58 +66,119 @@ bool ClassExpression::equals (const ClassExpression* a, const ClassExpression* b
     return State::equals (a->classGeneratorArguments, b->classGeneratorArguments);
 }
 
-// Atomic expressions are interned for the life of the process; the class
-// registry takes over the tables when the library tree is built.
+//==============================================================================
+// Interning. Expressions live for the life of the process, one object per
+// distinct expression, so that expressions compare and hash by address. The
+// class registry takes these tables over when the library tree is built;
+// until then each table has its own lock, as the registry's will.
+namespace
+{
+    struct AtomicExpressions
+    {
+        std::mutex lock;
+        std::map<juce::String, std::unique_ptr<ClassExpression>> byName;
+    };
+
+    // Template expressions by name, then by the hash of their arguments; equal
+    // hashes are told apart by State::equals.
+    struct TemplateExpressions
+    {
+        std::mutex lock;
+        std::map<juce::String, std::unordered_multimap<uint64_t, std::unique_ptr<ClassExpression>>> byName;
+    };
+
+    struct ParameterExpressions
+    {
+        std::mutex lock;
+        std::map<std::pair<const ClassExpression*, juce::String>, std::unique_ptr<ClassExpression>> byBaseAndName;
+    };
+
+    AtomicExpressions& getAtomicExpressions()
+    {
+        static AtomicExpressions expressions;
+        return expressions;
+    }
+
+    TemplateExpressions& getTemplateExpressions()
+    {
+        static TemplateExpressions expressions;
+        return expressions;
+    }
+
+    ParameterExpressions& getParameterExpressions()
+    {
+        static ParameterExpressions expressions;
+        return expressions;
+    }
+}
+
 const ClassExpression* createAtomicClassExpression (const juce::String& name)
 {
-    static std::mutex lock;
-    static std::map<juce::String, std::unique_ptr<ClassExpression>> expressions;
-
-    std::lock_guard<std::mutex> guard (lock);
-    auto& slot = expressions[name];
+    auto& table = getAtomicExpressions();
+    std::lock_guard<std::mutex> guard (table.lock);
+    auto& slot = table.byName[name];
     if (slot == nullptr)
         slot = std::make_unique<ClassExpression> (ClassExpression::atomic, name);
     return slot.get();
 }
 
-const ClassExpression* createTemplateClassExpression (const juce::String& templateName, const std::shared_ptr<State>& arguments)
+const ClassExpression* createTemplateClassExpression (const juce::String& templateName,
+                                                      const std::shared_ptr<State>& arguments)
 {
-    static std::mutex lock;
-    static std::vector<std::unique_ptr<ClassExpression>> expressions;
+    jassert (arguments != nullptr);
+    const uint64_t argumentsHash = arguments->computeHash();
 
-    std::lock_guard<std::mutex> guard (lock);
-    for (auto& expression : expressions)
-        if (expression->getIdentifier() == templateName && State::equals (expression->getClassGeneratorArgumentsPtr(), arguments))
-            return expression.get();
-    expressions.push_back (std::make_unique<ClassExpression> (ClassExpression::templateApplication, templateName, nullptr, arguments));
-    return expressions.back().get();
+    auto& table = getTemplateExpressions();
+    std::lock_guard<std::mutex> guard (table.lock);
+    auto& expressions = table.byName[templateName];
+    auto candidates = expressions.equal_range (argumentsHash);
+    for (auto candidate = candidates.first; candidate != candidates.second; ++candidate)
+        if (State::equals (candidate->second->getClassGeneratorArgumentsPtr(), arguments))
+            return candidate->second.get();
+
+    auto expression = std::make_unique<ClassExpression> (ClassExpression::templateApplication, templateName, nullptr, arguments);
+    return expressions.emplace (argumentsHash, std::move (expression))->second.get();
 }
 
 const ClassExpression* createClassParameterExpression (const ClassExpression* base, const juce::String& attributeName)
 {
-    static std::mutex lock;
-    static std::map<std::pair<const ClassExpression*, juce::String>, std::unique_ptr<ClassExpression>> expressions;
-
-    std::lock_guard<std::mutex> guard (lock);
-    auto& slot = expressions[{ base, attributeName }];
+    auto& table = getParameterExpressions();
+    std::lock_guard<std::mutex> guard (table.lock);
+    auto& slot = table.byBaseAndName[{ base, attributeName }];
     if (slot == nullptr)
         slot = std::make_unique<ClassExpression> (ClassExpression::classParameter, attributeName, base);
     return slot.get();
 }
 
-// Plain names only for now; "tov::" is the library's own namespace and names the same class.
+//==============================================================================
 const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage)
 {
-    auto name = text.trim();
-    if (name.startsWith ("tov::"))
-        name = name.substring (5);
-    if (name.isEmpty() || ! juce::CharacterFunctions::isLetter (name[0]) || name.containsAnyOf (" ,{}():=\t\r\n[]"))
+    juce::String unused;
+    juce::String& message = errorMessage != nullptr ? *errorMessage : unused;
+    message.clear();
+
+    if (text.isEmpty())
     {
-        if (errorMessage != nullptr)
-            *errorMessage = "Could not parse class expression: " + text;
+        message = "Empty class expression";
         return nullptr;
     }
-    return createAtomicClassExpression (name);
+
+    const juce::String expressionText = text.startsWith ("tov::") ? text.substring (5) : text;
+
+    // Reports of the State parser (from template arguments) go to the message when one was asked for.
+    ToStringExecutionContext reportingContext (message);
+    ExecutionContext silentContext;
+    ExecutionContext& context = errorMessage != nullptr ? static_cast<ExecutionContext&> (reportingContext) : silentContext;
+
+    StateParser parser (context, expressionText, "Class Expression");
+    const ClassExpression* expression = parser.parseClassExpression();
+    if (expression == nullptr || ! parser.isAtEnd())
+    {
+        if (message.isEmpty())
+            message = "Could not parse class expression: " + text;
+        return nullptr;
+    }
+    return expression;
 }
 
 } // namespace tov

@@ -62,13 +62,24 @@ private:
 /** The interned atomic expression of the name, made when new. */
 const ClassExpression* createAtomicClassExpression (const juce::String& name);
 
-/** The interned template expression of the name with these arguments, made when new. */
-const ClassExpression* createTemplateClassExpression (const juce::String& templateName, const std::shared_ptr<State>& arguments);
+/** The interned template application of the name to the arguments, made when new.
+    The arguments are shared with the expression and must not change afterwards.
+*/
+const ClassExpression* createTemplateClassExpression (const juce::String& templateName,
+                                                      const std::shared_ptr<State>& arguments);
 
 /** The interned expression of the class-valued attribute of the base expression's class, made when new. */
 const ClassExpression* createClassParameterExpression (const ClassExpression* base, const juce::String& attributeName);
 
-/** Parses and interns a class expression; null with the reason in errorMessage (which may be null). */
+/** Parses the text of a class expression, with a leading "tov::" ignored, and interns it.
+
+    The grammar is that of class expressions in State texts (see StateParser.h):
+    a name, optionally applied to State arguments in parentheses, then any
+    number of ":" and an attribute name. The whole text must be consumed.
+    On failure returns null and, when errorMessage is given, sets it to the
+    parser's report or to "Empty class expression" or
+    "Could not parse class expression: " and the text.
+*/
 const ClassExpression* createClassExpressionFromString (const juce::String& text, juce::String* errorMessage);
 
 } // namespace tov

@@ -2,6 +2,7 @@
 #include "ClassExpression.h"
 #include "Class.h"
 #include "ClassRegistry.h"
+#include "StateCloner.h"
 #include <lz4.h>
 #include <limits>
 
@@ -18,7 +19,7 @@ const char* const State::ownedPointerToken = "=>";
 //==============================================================================
 State::State (const State& other)                    { other.copyTo (*this); }
 State::State (bool value)                            { setBoolean (value); }
-State::State (int64_t value)                         { setInteger (value); }
+State::State (long long value)                       { setInteger ((int64_t) value); }
 State::State (double value)                          { setReal (value); }
 State::State (const juce::String& value)             { setString (value); }
 State::State (const char* value)                     { setString (juce::String::fromUTF8 (value)); }
@@ -193,7 +194,7 @@ void State::removeEmptyVariables()
         return;
     auto& variables = *payload.variables;
     variables.erase (std::remove_if (variables.begin(), variables.end(),
-                                     [] (const Variable& v) { return v.second->getType() == StateType::voidType; }),
+                                     [] (const Variable& v) { return v.second != nullptr && v.second->getType() == StateType::voidType; }),
                      variables.end());
     if (variables.empty())
         clearValue();
@@ -255,25 +256,39 @@ bool State::checkType (StateType expected, juce::String& error) const
 }
 
 //==============================================================================
+// The value is copied before the target is cleared, since the target may be
+// what keeps this node alive (as when a node is assigned one of its children).
 void State::copyTo (State& target) const
 {
     if (&target == this)
         return;
 
+    const auto copiedType = type;
+    const auto copiedPayload = copyPayload();
+    const auto copiedSource = source;
     target.classExpression = classExpression;
     target.uniqueIdentifier = uniqueIdentifier;
     target.versionNumber = versionNumber;
+
     target.clearValue();
-    target.setType (type);
-    target.source = source;
+    target.type = copiedType;
+    target.payload = copiedPayload;
+    target.source = copiedSource;
+}
+
+// A separately allocated copy of the payload; a list shares its variables' states.
+State::Payload State::copyPayload() const
+{
+    Payload copy { payload.word };
     switch (type)
     {
-        case StateType::stringType:       *target.payload.string = *payload.string; break;
-        case StateType::ownedPointerType: *target.payload.ownedPointer = *payload.ownedPointer; break;
-        case StateType::variablesType:    *target.payload.variables = *payload.variables; break;
-        case StateType::bufferType:       *target.payload.buffer = *payload.buffer; break;
-        default:                          target.payload.word = payload.word; break;
+        case StateType::stringType:       copy.string = new juce::String (*payload.string); break;
+        case StateType::ownedPointerType: copy.ownedPointer = new std::shared_ptr<State> (*payload.ownedPointer); break;
+        case StateType::variablesType:    copy.variables = new Variables (*payload.variables); break;
+        case StateType::bufferType:       copy.buffer = new RawBuffer (*payload.buffer); break;
+        default:                          break;
     }
+    return copy;
 }
 
 bool State::equals (const std::shared_ptr<State>& a, const std::shared_ptr<State>& b)
@@ -309,6 +324,67 @@ bool State::equals (const State& other) const
         }
         default: return payload.word == other.payload.word;
     }
+}
+
+//==============================================================================
+void State::hash (StateHasher& hasher, const State* excluded) const
+{
+    if (this == excluded)
+        return;
+
+    hasher.pushPointer (classExpression);
+    switch (type)
+    {
+        case StateType::voidType:            hasher.pushVoid(); break;
+        case StateType::booleanType:         hasher.pushBoolean (getBoolean()); break;
+        case StateType::integerType:         hasher.pushInteger (payload.integer); break;
+        case StateType::realType:            hasher.pushReal (payload.real); break;
+        case StateType::stringType:          hasher.pushString (*payload.string); break;
+        case StateType::weakPointerType:     hasher.pushUniqueIdentifier (getUniqueIdentifierValue()); break;
+        case StateType::classExpressionType: hasher.pushPointer (payload.classExpression); break;
+        case StateType::nativePointerType:   hasher.pushPointer (payload.nativePointer); break;
+        case StateType::bufferType:          break;
+        case StateType::ownedPointerType:
+        {
+            // Only the target's identity: hashing its content would walk every
+            // owned object again when its owner is hashed.
+            const auto& target = *payload.ownedPointer;
+            hasher.pushUniqueIdentifier (target != nullptr ? target->getUniqueIdentifier() : UniqueIdentifier());
+            break;
+        }
+        case StateType::variablesType:
+            for (auto& variable : *payload.variables)
+            {
+                if (variable.second.get() == excluded)
+                    continue;
+                hasher.pushString (variable.first);
+                if (variable.second != nullptr)
+                    variable.second->hash (hasher, nullptr);
+            }
+            break;
+    }
+}
+
+uint64_t State::computeHash (const State* excluded) const
+{
+    StateHasher hasher;
+    hash (hasher, excluded);
+    return hasher.get();
+}
+
+std::shared_ptr<State> State::clone (UniqueIdentifier mask) const
+{
+    return StateCloner (mask).clone (*this);
+}
+
+void State::clearUniqueIdentifiers()
+{
+    uniqueIdentifier = UniqueIdentifier();
+    if (type == StateType::ownedPointerType && *payload.ownedPointer != nullptr)
+        (*payload.ownedPointer)->clearUniqueIdentifiers();
+    for (size_t i = 0; i < getNumVariables(); ++i)
+        if (auto& variable = getVariableState (i))
+            variable->clearUniqueIdentifiers();
 }
 
 //==============================================================================
@@ -364,37 +440,6 @@ juce::String State::toShortString (uint64_t maxDepth) const
         }
     }
     return {};
-}
-
-//==============================================================================
-int StateMap::find (juce::StringRef name) const
-{
-    for (size_t i = 0; i < entries.size(); ++i)
-        if (entries[i].first == name)
-            return (int) i;
-    return -1;
-}
-
-std::shared_ptr<State>& StateMap::operator[] (juce::StringRef name)
-{
-    const int index = find (name);
-    if (index >= 0)
-        return entries[(size_t) index].second;
-    entries.emplace_back (juce::String (name), nullptr);
-    return entries.back().second;
-}
-
-void StateMap::append (const StateMap& other)
-{
-    for (auto& entry : other.entries)
-        (*this)[entry.first] = entry.second;
-}
-
-void StateMap::remove (juce::StringRef name)
-{
-    const int index = find (name);
-    if (index >= 0)
-        entries.erase (entries.begin() + index);
 }
 
 } // namespace tov

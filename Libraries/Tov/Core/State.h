@@ -2,6 +2,8 @@
 
 #include "UniqueIdentifier.h"
 #include "RawBuffer.h"
+#include "StateMap.h"
+#include "StateHasher.h"
 #include <juce_core/juce_core.h>
 #include <memory>
 #include <vector>
@@ -14,8 +16,8 @@ class Class;
 class ClassExpression;
 class Object;
 class ExecutionContext;
-class StateHasher;
 class StateParserCallback;
+class StateCloner;
 
 /** The eleven kinds of value a State node holds; typeToString gives their words. */
 enum class StateType : uint32_t
@@ -60,8 +62,11 @@ public:
     State() noexcept = default;
     State (const State& other);
     explicit State (bool value);
-    explicit State (int64_t value);
-    explicit State (int value) : State ((int64_t) value) {}
+    // One constructor per built-in integer type, so that int64_t and juce::int64
+    // both find an exact match whichever of long and long long they are.
+    explicit State (int value)        : State ((long long) value) {}
+    explicit State (long value)       : State ((long long) value) {}
+    explicit State (long long value);
     explicit State (double value);
     explicit State (const juce::String& value);
     explicit State (const char* value);
@@ -158,12 +163,25 @@ public:
     bool operator!= (const State& other) const                  { return ! equals (other); }
     static bool equals (const std::shared_ptr<State>& a, const std::shared_ptr<State>& b);
 
+    /** Combines the node into the hasher, unless it is the excluded node.
+
+        The class expression is hashed by address, which is one per name since
+        expressions are interned: hashes compare only within one process. The
+        node's own identifier and version, the target of an owned pointer (only
+        its identifier counts) and the bytes of buffers take no part. A variable
+        whose state is the excluded node is skipped with its name; the exclusion
+        does not reach deeper levels.
+    */
     void hash (StateHasher& hasher, const State* excluded = nullptr) const;
     uint64_t computeHash (const State* excluded = nullptr) const;
 
     /** Shallow: copies one level; variables' states are shared afterwards. */
     void copyTo (State& target) const;
+
+    /** A deep copy in which the identifiers of the tree's nodes are XOR-ed with the mask; see StateCloner. */
     std::shared_ptr<State> clone (UniqueIdentifier mask) const;
+
+    /** Nulls the identifiers of this node and of all nodes below it; weak pointer values stay. */
     void clearUniqueIdentifiers();
 
     //==============================================================================
@@ -172,10 +190,34 @@ public:
     juce::String toShortString (uint64_t maxDepth = (uint64_t) -1) const;
 
     //==============================================================================
-    // Text form
-    /** Parses a State text; on failure reports through the context and returns null. */
+    // Text form; the grammar is described in StateParser.h, the layout in StatePrinter.h.
+
+    /** Writes the text of the tree and a line feed. Buffer bytes go to the binary
+        stream, one after the other in printing order; the text holds their offset and size.
+    */
+    void print (juce::OutputStream& text, juce::OutputStream& binary) const;
+
+    /** The text of the tree. Buffer contents are dropped: only their offset and size remain. */
+    juce::String saveToString() const;
+
+    /** Parses the whole text stream, reading buffers from the binary stream.
+        On failure reports through the context (at most once) and returns null.
+        The source names the stream in reports.
+    */
+    static std::shared_ptr<State> parse (ExecutionContext& context, juce::InputStream& text, juce::InputStream& binary,
+                                         const juce::String& source, StateParserCallback* callback = nullptr);
+
+    /** The same with no binary stream: buffers are read back empty. */
+    static std::shared_ptr<State> parse (ExecutionContext& context, juce::InputStream& text,
+                                         const juce::String& source, StateParserCallback* callback = nullptr);
+
+    /** Parses the text; on failure also reports "Could not parse value " and the quoted text. */
     static std::shared_ptr<State> createFromStateString (ExecutionContext& context, const juce::String& text,
                                                          const juce::String& source, StateParserCallback* callback = nullptr);
+
+    /** Parses size bytes of text in place; on failure also reports "Could not parse value of " and the source. */
+    static std::shared_ptr<State> createFromStateStringBuffer (ExecutionContext& context, const void* data, uint64_t size,
+                                                               const juce::String& source, StateParserCallback* callback = nullptr);
 
     //==============================================================================
     // Binary form: little-endian, no alignment, one forward pass; see StateBinary.cpp
@@ -186,6 +228,24 @@ public:
     /** Reads the optional form; a null state reads as a null pointer. */
     static bool loadFromBinary (juce::InputStream& input, std::shared_ptr<State>& state, juce::String& error);
 
+    //==============================================================================
+    // State files: the text in the file, the bytes of its buffers in a ".bin" sibling
+    /** Writes through temporary files moved into place, so the file is always whole; reports and returns false on failure. */
+    bool saveToFile (ExecutionContext& context, const juce::File& file, const juce::File& temporaryDirectory = {}) const;
+    /** Reads a state file and its sibling; reports and returns null on failure. */
+    static std::shared_ptr<State> createFromStateFile (ExecutionContext& context, const juce::File& file,
+                                                       StateParserCallback* callback = nullptr);
+    /** A file in the directory (the system's temporary one when empty) that does not exist yet. */
+    static juce::File createTemporaryFileFrom (const juce::String& fileName, const juce::File& directory);
+
+    /** Parses a State text compressed as a plain LZ4 block; null when it does not decompress to the size. */
+    static std::shared_ptr<State> createFromStateStringLz4Buffer (ExecutionContext& context, const void* data, uint64_t compressedSize,
+                                                                  uint64_t uncompressedSize, const juce::String& source,
+                                                                  StateParserCallback* callback = nullptr);
+    /** A string node of the decompressed UTF-8 text; null when it does not decompress to the size. */
+    static std::shared_ptr<State> createFromStringLz4Buffer (const void* data, uint64_t compressedSize, uint64_t uncompressedSize);
+
+    //==============================================================================
     /** Clears the value and makes the node void; class, identifier and version stay. */
     void clearValue();
 
@@ -214,35 +274,9 @@ private:
     void setType (StateType newType);
     bool loadBufferFromBinary (juce::InputStream& input, juce::String& error);
     bool loadVariablesFromBinary (juce::InputStream& input, juce::String& error);
-};
+    Payload copyPayload() const;
 
-/** An ordered list of names and shared States, scanned linearly; also the storage of attributes. */
-class StateMap
-{
-public:
-    using Entry = std::pair<juce::String, std::shared_ptr<State>>;
-
-    int find (juce::StringRef name) const;
-
-    /** The entry of that name, added at the end with a null state when absent. */
-    std::shared_ptr<State>& operator[] (juce::StringRef name);
-
-    /** Overwrites entries of the same name in place and appends new ones; states are shared. */
-    void append (const StateMap& other);
-    void remove (juce::StringRef name);
-
-    const std::shared_ptr<State>& getState (size_t index) const { return entries[index].second; }
-    State* getStateRef (size_t index) const                     { return entries[index].second.get(); }
-    const juce::String& getStateName (size_t index) const       { return entries[index].first; }
-    const std::vector<Entry>& getMap() const noexcept           { return entries; }
-
-    void clear()                                                { entries.clear(); }
-    size_t size() const noexcept                                { return entries.size(); }
-    bool isEmpty() const noexcept                               { return entries.empty(); }
-    bool isNotEmpty() const noexcept                            { return ! entries.empty(); }
-
-private:
-    std::vector<Entry> entries;
+    friend class StateCloner;
 };
 
 } // namespace tov

@@ -108,7 +108,7 @@ void TemplateGeneratedClass::declareAttributes (ExecutionContext& context)
 {
     Class::declareAttributes (context);
     for (auto& parameter : templateParameters)
-        setAttribute (context, parameter.first, std::make_shared<State> (*parameter.second));
+        setAttribute (context, parameter.first, parameter.second->clone (UniqueIdentifier()));
 }
 
 std::shared_ptr<State> TemplateGeneratedClass::createAttribute (ExecutionContext& context, const juce::String& text,

@@ -1,0 +1,176 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace tov
+{
+
+class ClassExpression;
+class ExecutionContext;
+class State;
+class StateParserCallback;
+class UniqueIdentifier;
+
+/** Reads the text form of State trees and of class expressions.
+
+    Grammar (white space, the bytes 9, 10, 13 and 32, may stand between all parts;
+    there are no comments; alternatives are tried in the order given):
+
+        state             := ["'" class-expression] [identifier] [version] value
+        identifier        := "nil" | "@" lower-case hexadecimal digits          (token of set B)
+        version           := "#" decimal digits, possibly none                  (token of set B)
+        value             := "void" | boolean | integer | real | string | "->" identifier
+                           | "=>" state | "[" offset size "]" | "{" variables "}"
+                           | "0x" token | class-expression
+        boolean           := "true" | "True" | "false" | "False"
+        integer           := digits | "-" digits | "-" | the empty token at the end of the text
+        real              := "+oo" | "-oo" | a token of "0123456789.-+e" with exactly one ".",
+                             at most one "e", two "-" and two "+", read as a C floating-point prefix
+        string            := '"' bytes '"', where a backslash keeps the next byte from closing;
+                             then every \\ becomes \ and every \" becomes "
+        variables         := [variable {"," variable}] [","]
+        variable          := [name "="] state
+        name              := a letter, digit or "_", then letters and digits only
+        "0x" token        := "0x" then decimal digits and "a" to "f"; reads as void
+        class-expression  := (identifier-name "(" variables ")" | identifier-name) {":" identifier-name}
+        identifier-name   := a token beginning with a letter, other than nil, void, true and false
+
+    Tokens end at a byte of set A, " ,{}():=\t\r\n][", except identifiers and
+    versions, which end at a byte of set B, " ,{\r\n}". A token may be empty
+    only at the end of the text, and a token that reaches the end consumes it,
+    so that nothing can be read after it. Every rule restores the
+    position when it fails, with one exception: a "{" block whose "}" is missing
+    keeps its position, and the remaining alternatives go on from there.
+
+    Failures are reported through the ExecutionContext, at most once per parse
+    (the innermost failure), with a position report naming the stream, the
+    0-based line, the column and the line in question.
+
+    Nesting is limited to maximumDepth states (each variable, owned pointer
+    target and template argument is one level below its parent), so that no
+    text can exhaust the stack: a level takes well under a kilobyte of stack
+    in an optimised build, and every tree that the parser returns can be
+    printed, compared, cloned and destroyed by recursion. A deeper text fails
+    with "Too deeply nested state: more than 512 levels", and the parse stops.
+
+    The parser works in place on the UTF-8 bytes of the text; a token is a view
+    of them until its value is converted. Bytes of ill-formed UTF-8 sequences
+    read as U+FFFD, so that every token converts to the same text every time.
+*/
+class StateParser
+{
+public:
+    /** The deepest nesting of states a text may have. */
+    static constexpr uint32_t maximumDepth = 512;
+
+    /** The binary stream, when given, holds the bytes of the buffers that the text refers to. */
+    StateParser (ExecutionContext& context, const juce::String& text, const juce::String& source,
+                 juce::InputStream* binary = nullptr, StateParserCallback* callback = nullptr);
+
+    /** Parses the text as one state that must extend to the end of the text; null on failure. */
+    std::shared_ptr<State> parseTopLevelState();
+
+    /** Parses a class expression at the current position and interns it; null when there is none.
+        A failed class expression is not an error in itself and is not reported.
+    */
+    const ClassExpression* parseClassExpression();
+
+    /** True when nothing but white space was left unread. */
+    bool isAtEnd() const noexcept { return position >= length; }
+
+private:
+    struct Position
+    {
+        size_t position;
+        uint32_t line;
+        uint32_t column;
+    };
+
+    /** A view of bytes of the text. */
+    struct Token
+    {
+        const char* start = nullptr;
+        size_t length = 0;
+        bool escaped = false;
+
+        bool operator== (const char* literal) const noexcept;
+        bool operator!= (const char* literal) const noexcept { return ! operator== (literal); }
+        juce::String toString() const;
+    };
+
+    class Rule;
+
+    const char* text;
+    size_t length;
+    juce::String textString, source;
+    size_t position = 0;
+    uint32_t line = 0;
+    uint32_t column = 0;
+    std::vector<Position> savedPositions;
+    juce::InputStream* binary;
+    ExecutionContext& context;
+    bool errorReported = false;
+    StateParserCallback* callback;
+    bool aborted = false;
+    uint32_t depth = 0;
+    uint32_t deepest = 0;
+
+    /** What parsing a nested state at a position gave: the node or null, where
+        it ended, and how many levels it used, itself included. */
+    struct EarlierParse
+    {
+        std::shared_ptr<State> state;
+        Position end;
+        uint32_t height;
+    };
+
+    bool backtracking = false;
+    std::unordered_map<size_t, EarlierParse> earlierParses;
+
+    // Primitive steps. The position runs up to length + 1, which stands for
+    // "the end of the text has been consumed by a token".
+    bool isPastEnd() const noexcept { return position > length; }
+    void advance() noexcept;
+    void skipWhiteSpace() noexcept;
+    bool matchLiteral (const char* literal);
+    bool readToken (const char* separators, Token& token);
+    bool readQuotedString (Token& token);
+    bool readNonNegativeInteger (uint64_t& value);
+    bool readIdentifierName (Token& token);
+
+    // Productions
+    std::shared_ptr<State> parseState (bool topLevel);
+    std::shared_ptr<State> parseStateAt (bool topLevel);
+    void startBacktracking() noexcept;
+    const EarlierParse* findEarlierParse() const;
+    bool parseIdentifier (UniqueIdentifier& identifier);
+    bool parseVersion (uint64_t& version);
+    bool parseValue (State& state);
+    bool parseVoid (State& state);
+    bool parseBoolean (State& state);
+    bool parseInteger (State& state);
+    bool parseReal (State& state);
+    bool parseString (State& state);
+    bool parseWeakPointer (State& state);
+    bool parseOwnedPointer (State& state);
+    bool parseBuffer (State& state);
+    bool parseVariableBlock (State& state);
+    bool parseVariables (State& state);
+    bool parseVariable (State& state);
+    bool parseNativePointer (State& state);
+    const ClassExpression* parseTemplateForm();
+    const ClassExpression* parseAtomicForm();
+
+    void readBufferBytes (State& state, uint64_t offset, uint64_t size);
+    void notifyParsed (State& state);
+
+    // Reporting
+    void report (const juce::String& message);
+    juce::String getPositionReport() const;
+};
+
+} // namespace tov
