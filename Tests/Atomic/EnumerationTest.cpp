@@ -163,3 +163,48 @@ TEST_F (EnumerationTest, TheGeneratorNeedsAList)
     EXPECT_EQ (ClassRegistry::getInstance()->resolve (createTemplateClassExpression ("Enumeration", argument), &error), nullptr);
     EXPECT_TRUE (error.startsWith ("Wrong type: expected variables, found classExpression")) << error;
 }
+
+TEST_F (EnumerationTest, TheGeneratorAnswersToItsName)
+{
+    Class* generated = getClass ("Enumeration({a, b, c})");
+    ASSERT_NE (generated, nullptr);
+    EXPECT_EQ (getClass ("Enumeration({a,b,c})"), generated);
+    auto* elements = dynamic_cast<EnumerationClass*> (generated);
+    ASSERT_NE (elements, nullptr);
+    ASSERT_EQ (elements->getNumElements(), 3u);
+    EXPECT_EQ (elements->getElementName (1), "b");
+    EXPECT_EQ (elements->getElementValue (1), 1);
+    EXPECT_EQ (elements->getElementFriendlyName (2), "C");
+    EXPECT_EQ (generated->getBaseClass(), &Enumeration::staticClass);
+    EXPECT_EQ (generated->getFriendlyName(), MemberSignature::makeFriendlyNameFromName ("Enumeration({a, b, c})", true));
+}
+
+TEST_F (EnumerationTest, AGeneratedElementIsNamedByItsStateText)
+{
+    Class* generated = getClass ("Enumeration({\"two words\", 7})");
+    ASSERT_NE (generated, nullptr);
+    auto* elements = dynamic_cast<EnumerationClass*> (generated);
+    ASSERT_EQ (elements->getNumElements(), 2u);
+    EXPECT_EQ (elements->getElementName (0), "\"two words\"");
+    EXPECT_EQ (elements->getElementName (1), "7");
+}
+
+TEST_F (EnumerationTest, AGeneratedEnumerationSavesByNameInAStateText)
+{
+    Class* generated = getClass ("Enumeration({low, medium, high})");
+    ASSERT_NE (generated, nullptr);
+    ObjectPtr<Object> level (generated->createObject (nullptr));
+    ASSERT_NE (level, nullptr);
+    static_cast<Enumeration*> (level.get())->set (1);
+    const juce::String text = level->makeState (false, true)->saveToString();
+    EXPECT_EQ (text, "'Enumeration({low, medium, high}) \"medium\"\n");
+
+    juce::String messages;
+    ToStringExecutionContext context (messages);
+    auto state = State::createFromStateString (context, text, "test");
+    ASSERT_NE (state, nullptr) << messages;
+    ObjectPtr<Object> loaded (Object::createFromState (context, state));
+    ASSERT_NE (loaded, nullptr) << messages;
+    EXPECT_EQ (loaded->getClass(), generated);
+    EXPECT_EQ (loaded->toString(), "medium");
+}
