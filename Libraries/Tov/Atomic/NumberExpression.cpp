@@ -22,12 +22,18 @@ static juce::String fromCharacters (const std::vector<juce::juce_wchar>& charact
 
 juce::String NumberExpression::evaluate (const juce::String& expression, juce::String& error)
 {
-    return NumberExpression (expression, toCharacters (expression.removeCharacters (" \t")), error).run();
+    const auto characters = toCharacters (expression.removeCharacters (" \t"));
+    return NumberExpression (characters, 0, characters.size(), &expression, error).run();
 }
 
-NumberExpression::NumberExpression (const juce::String& input, Characters characters, juce::String& error)
-    : input (input), error (error), characters (std::move (characters))
+NumberExpression::NumberExpression (const Characters& characters, size_t begin, size_t end, const juce::String* input, juce::String& error)
+    : characters (characters), begin (begin), end (end), input (input), error (error)
 {
+}
+
+juce::String NumberExpression::getInput() const
+{
+    return input != nullptr ? *input : fromCharacters (characters, begin, end);
 }
 
 bool NumberExpression::isOperator (juce::juce_wchar c) noexcept
@@ -43,7 +49,7 @@ bool NumberExpression::isDigit (juce::juce_wchar c) noexcept
 //==============================================================================
 juce::String NumberExpression::run()
 {
-    for (size_t index = 0; index < characters.size(); ++index)
+    for (size_t index = begin; index < end; ++index)
     {
         const juce::juce_wchar c = characters[index];
         Outcome outcome;
@@ -59,7 +65,7 @@ juce::String NumberExpression::run()
         if (outcome == Outcome::failed)
             return {};
         if (outcome == Outcome::unchanged)
-            return input;
+            return getInput();
         if (outcome == Outcome::stop)
             break;
     }
@@ -73,7 +79,7 @@ juce::String NumberExpression::run()
 NumberExpression::Outcome NumberExpression::scanOperator (size_t& index)
 {
     const juce::juce_wchar c = characters[index];
-    const bool digitFollows = index + 1 < characters.size() && isDigit (characters[index + 1]);
+    const bool digitFollows = index + 1 < end && isDigit (characters[index + 1]);
     if (number.isEmpty() && (c == '+' || c == '-') && digitFollows)
     {
         number += juce::String::charToString (c);
@@ -104,21 +110,18 @@ NumberExpression::Outcome NumberExpression::scanDigit (size_t index)
 NumberExpression::Outcome NumberExpression::scanParenthesis (size_t& index)
 {
     size_t closing = index + 1;
-    for (int depth = 1; closing < characters.size(); ++closing)
+    for (int depth = 1; closing < end; ++closing)
     {
         if (characters[closing] == '(')
             ++depth;
         else if (characters[closing] == ')' && --depth == 0)
             break;
     }
-    if (closing >= characters.size())
+    if (closing >= end)
         return fail ("missing closing parenthesis");
 
-    const juce::String inside = fromCharacters (characters, index + 1, closing);
     juce::String innerError;
-    const juce::String result = NumberExpression (inside, Characters (characters.begin() + (long) index + 1,
-                                                                      characters.begin() + (long) closing),
-                                                  innerError).run();
+    const juce::String result = NumberExpression (characters, index + 1, closing, nullptr, innerError).run();
     if (innerError.isNotEmpty())
         return fail (innerError);
 
@@ -131,9 +134,9 @@ NumberExpression::Outcome NumberExpression::scanParenthesis (size_t& index)
 NumberExpression::Outcome NumberExpression::scanOther (size_t index)
 {
     // Units and other words after a number are kept for the caller; after an operator they make no sense.
-    if (index == 0 || number.isNotEmpty())
+    if (index == begin || number.isNotEmpty())
     {
-        suffix = fromCharacters (characters, index, characters.size());
+        suffix = fromCharacters (characters, index, end);
         return Outcome::stop;
     }
     return fail ("unexcepted token '" + juce::String::charToString (characters[index]) + "'");

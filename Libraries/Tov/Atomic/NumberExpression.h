@@ -22,15 +22,18 @@ public:
 private:
     using Characters = std::vector<juce::juce_wchar>;
 
-    const juce::String& input;
+    // Inner levels work on a part of the characters of the whole expression, without copies.
+    const Characters& characters;
+    const size_t begin, end;
+    /** The text given back unchanged; null inside parentheses, where it is the inside. */
+    const juce::String* input;
     juce::String& error;
-    Characters characters;
     juce::StringArray tokens;
     juce::String number;
     juce::String suffix;
     bool parenthesisJustClosed = false;
 
-    NumberExpression (const juce::String& input, Characters characters, juce::String& error);
+    NumberExpression (const Characters& characters, size_t begin, size_t end, const juce::String* input, juce::String& error);
 
     enum class Outcome { carryOn, stop, unchanged, failed };
 
@@ -40,6 +43,7 @@ private:
     Outcome scanParenthesis (size_t& index);
     Outcome scanOther (size_t index);
     Outcome fail (const juce::String& message);
+    juce::String getInput() const;
 
     void fold (const juce::String& operators);
     static double readNumber (const juce::String& token);
