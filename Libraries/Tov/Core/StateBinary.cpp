@@ -83,10 +83,11 @@ bool ClassExpression::loadFromBinary (juce::InputStream& input, const ClassExpre
     if (! State::loadFromBinary (input, arguments, error))
         return false;
 
+    // A template without arguments, or a parameter of no class, names nothing: it reads as null.
     switch (type)
     {
         case atomic:              expression = createAtomicClassExpression (identifier); return true;
-        case classParameter:      expression = createClassParameterExpression (inner, identifier); return true;
+        case classParameter:      expression = inner != nullptr ? createClassParameterExpression (inner, identifier) : nullptr; return true;
         case templateApplication: expression = arguments != nullptr ? createTemplateClassExpression (identifier, arguments) : nullptr; return true;
         default:                  return fail (error, "Unexpected type of class expression");
     }
