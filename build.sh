@@ -24,11 +24,25 @@ build() {
     cmake --build build -j"$(nproc)"
 }
 
+# The main job: the object model example, then tov-state on the shipped documents.
+run_main() {
+    local tool=./build/Tools/tov-state documents=Examples/Documents
+    ./build/Examples/ObjectModelExample
+    echo "== tov-state check $documents/*"
+    "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"
+    echo "== tov-state format $documents/scene.txt"
+    "$tool" format "$documents/scene.txt"
+    echo "== tov-state short --depth 2 $documents/settings.configuration"
+    "$tool" short --depth 2 "$documents/settings.configuration"
+    echo "== tov-state to-binary, then from-binary, of $documents/samples.txt (with its .bin sibling)"
+    "$tool" to-binary "$documents/samples.txt" - | "$tool" from-binary - -
+}
+
 command=${1:-main}
 install_packages
 build
 case "$command" in
-    main)  ./build/Examples/ObjectModelExample ;;
+    main)  run_main ;;
     test)  ctest --test-dir build --output-on-failure -j"$(nproc)" ;;
     build) ;;
     *)     echo "usage: $0 [main|test|build]" >&2; exit 2 ;;

@@ -1,6 +1,7 @@
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectImporter.h>
 #include <Tov/Core/StateObjectExporter.h>
+#include <Tov/Core/StateCloner.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <gtest/gtest.h>
 
@@ -9,17 +10,6 @@ using namespace tov::test;
 
 namespace
 {
-struct ObjectDeleter
-{
-    void operator() (Object* object) const { object->deleteThis(); }
-};
-
-template <class T>
-std::unique_ptr<T, ObjectDeleter> create()
-{
-    return std::unique_ptr<T, ObjectDeleter> (static_cast<T*> (T::getStaticClass().createObject (nullptr)));
-}
-
 /** Holds a heap object, written through writeOwnedPointer. */
 class Container : public Object
 {
@@ -46,7 +36,7 @@ TOV_END_CLASS()
 
 TEST (ObjectExportTest, DefaultsArePrunedToVoid)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     auto state = shape->makeState (true, false);
     EXPECT_EQ (state->getType(), StateType::voidType);
     EXPECT_EQ (state->toShortString(), "void");
@@ -54,7 +44,7 @@ TEST (ObjectExportTest, DefaultsArePrunedToVoid)
 
 TEST (ObjectExportTest, ChangedValuesAreKept)
 {
-    auto shape = create<RoundedRectangle>();
+    auto shape = createOwned<RoundedRectangle>();
     shape->width.set (3);
     EXPECT_EQ (shape->makeState (true, false)->toShortString(), "{width = 3}");
     EXPECT_EQ (shape->makeState (false, false)->toShortString(), "{title = \"untitled\", width = 3, height = 5, cornerRadius = 0}");
@@ -66,7 +56,7 @@ TEST (ObjectExportTest, ChangedValuesAreKept)
 
 TEST (ObjectExportTest, ReadOnlyVariablesAreSavedOnlyWithTransientFlag)
 {
-    auto shape = create<Rectangle>();
+    auto shape = createOwned<Rectangle>();
     auto state = StateObjectExporter::make (*shape, exportTransientVariables, false);
     EXPECT_NE (state->findVariable ("marker"), -1);
     EXPECT_EQ (shape->makeState (false, false)->findVariable ("marker"), -1);
@@ -74,7 +64,7 @@ TEST (ObjectExportTest, ReadOnlyVariablesAreSavedOnlyWithTransientFlag)
 
 TEST (ObjectExportTest, HeapObjectsCarryIdentifiersUnlessAsked)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     shape->setUniqueIdentifier (UniqueIdentifier (0x77));
     EXPECT_EQ (shape->makeState (false, false)->getUniqueIdentifier(), UniqueIdentifier (0x77));
     EXPECT_TRUE (StateObjectExporter::make (*shape, exportWithoutIdentifiers, false)->getUniqueIdentifier().isNull());
@@ -84,17 +74,17 @@ TEST (ObjectExportTest, IdentifierOnLoad)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto source = create<Shape>();
+    auto source = createOwned<Shape>();
     source->setUniqueIdentifier (UniqueIdentifier (0x55));
 
-    auto fresh = create<Shape>();
+    auto fresh = createOwned<Shape>();
     fresh->loadFromState (context, StateObjectExporter::make (*source, exportWithoutIdentifiers, false));
     EXPECT_TRUE (fresh->getUniqueIdentifier().isNull());
 
     fresh->loadFromState (context, source->makeState (false, false));
     EXPECT_EQ (fresh->getUniqueIdentifier(), UniqueIdentifier (0x55));
 
-    auto named = create<Shape>();
+    auto named = createOwned<Shape>();
     named->setUniqueIdentifier (UniqueIdentifier (0x66));
     named->loadFromState (context, source->makeState (false, false));
     EXPECT_EQ (named->getUniqueIdentifier(), UniqueIdentifier (0x66));
@@ -105,10 +95,10 @@ TEST (ObjectExportTest, DerivedStateLoadsIntoBaseObject)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto derived = create<Rectangle>();
+    auto derived = createOwned<Rectangle>();
     derived->width.set (8);
     derived->height.set (9);
-    auto base = create<Shape>();
+    auto base = createOwned<Shape>();
     EXPECT_TRUE (base->loadFromState (context, derived->makeState (true, true)));
     EXPECT_EQ (base->getClass(), &Shape::staticClass);
     EXPECT_EQ (base->width.get(), 8);
@@ -119,9 +109,9 @@ TEST (ObjectExportTest, BaseStateIntoDerivedObjectFails)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto base = create<Shape>();
+    auto base = createOwned<Shape>();
     base->width.set (2);
-    auto derived = create<Rectangle>();
+    auto derived = createOwned<Rectangle>();
     EXPECT_FALSE (derived->loadFromState (context, base->makeState (true, true)));
     EXPECT_EQ (log, "Error: Invalid class: expected Rectangle found Shape (in Loading {width = 2})\n");
 }
@@ -130,7 +120,7 @@ TEST (ObjectExportTest, CreateFromStateMakesTheNamedClass)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto source = create<RoundedRectangle>();
+    auto source = createOwned<RoundedRectangle>();
     source->cornerRadius.set (4);
     auto* copy = Object::createFromState (context, source->makeState (true, true));
     ASSERT_NE (copy, nullptr);
@@ -148,17 +138,17 @@ TEST (ObjectExportTest, NullOwnedPointerSavesAsNullWeakPointer)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto container = create<Container>();
+    auto container = createOwned<Container>();
     auto state = container->makeState (false, false);
     EXPECT_EQ (state->toShortString(), "{content = -> nil}");
-    auto loaded = create<Container>();
+    auto loaded = createOwned<Container>();
     EXPECT_TRUE (loaded->loadFromState (context, state));
     EXPECT_EQ (loaded->content, nullptr);
 }
 
 TEST (ObjectExportTest, OwnedPointerWritesClassOnlyWhenItAddsInformation)
 {
-    auto container = create<Container>();
+    auto container = createOwned<Container>();
     container->content = Shape::staticClass.createObject (container.get());
     EXPECT_EQ (container->makeState (false, false)->toShortString(), "{content = => {title = \"untitled\", width = 10}}");
     container->content->deleteThis();
@@ -169,7 +159,7 @@ TEST (ObjectExportTest, OwnedPointerWritesClassOnlyWhenItAddsInformation)
 
     juce::String log;
     ToStringExecutionContext context (log);
-    auto loaded = create<Container>();
+    auto loaded = createOwned<Container>();
     EXPECT_TRUE (loaded->loadFromState (context, state));
     ASSERT_NE (loaded->content, nullptr);
     EXPECT_EQ (loaded->content->getClass(), &Rectangle::staticClass);
@@ -182,7 +172,7 @@ TEST (ObjectExportTest, MissingWeakTargetNamesTheParentPath)
     ToStringExecutionContext context (log);
     auto state = std::make_shared<State>();
     state->addVariable ("content", std::make_shared<State> (UniqueIdentifier (0xabc)));
-    auto container = create<Container>();
+    auto container = createOwned<Container>();
     EXPECT_FALSE (container->loadFromState (context, state));
     EXPECT_EQ (log, "Error: Could not find object with uid @abc in Container (in StateObjectImporter::readObject)\n");
 }
@@ -245,4 +235,111 @@ TEST (ObjectExportTest, BuffersAsBase64)
     exporter.writeBuffer (3, (void*) "abc", false);
     EXPECT_EQ (exporter.getRootState()->getType(), StateType::stringType);
     EXPECT_EQ (exporter.getRootState()->getString(), juce::MemoryBlock ("abc", 3).toBase64Encoding());
+}
+
+namespace
+{
+/** Two classes alike but for the name of their one variable, and one with a version. */
+class NamedA : public Object
+{
+public:
+    TOV_DECLARE_CLASS (NamedA, Object)
+    TestInteger first;
+};
+class NamedB : public Object
+{
+public:
+    TOV_DECLARE_CLASS (NamedB, Object)
+    TestInteger second;
+};
+class VersionedMetaclass : public Class
+{
+public:
+    uint64_t version = 1;
+    uint64_t getVersion() const override { return version; }
+};
+class Versioned : public Object
+{
+public:
+    TOV_DECLARE_CLASS_WITH_METACLASS (Versioned, Object, VersionedMetaclass)
+    TestInteger first;
+};
+TOV_BEGIN_CLASS (NamedA)
+    TOV_VARIABLE (first)
+TOV_END_CLASS()
+TOV_BEGIN_CLASS (NamedB)
+    TOV_VARIABLE (second)
+TOV_END_CLASS()
+TOV_BEGIN_CLASS (Versioned)
+    TOV_VARIABLE (first)
+TOV_END_CLASS()
+}
+
+TEST (ObjectExportTest, HashIgnoresVersionsAndSeesVariableNames)
+{
+    auto versioned = createOwned<Versioned>();
+    versioned->first.set (3);
+    const auto before = versioned->computeHash();
+    Versioned::staticClass.version = 7;
+    EXPECT_EQ (versioned->computeHash(), before);
+    EXPECT_EQ (versioned->makeState (false, false)->getVersionNumber(), 7u);
+
+    auto a = createOwned<NamedA>();
+    auto b = createOwned<NamedB>();
+    a->first.set (3);
+    b->second.set (3);
+    EXPECT_NE (a->computeHash(), b->computeHash());
+    EXPECT_EQ (a->computeHash(), before);
+    a->first.set (4);
+    EXPECT_NE (a->computeHash(), before);
+}
+
+TEST (ObjectExportTest, HashCountsReadOnlyVariables)
+{
+    auto a = createOwned<Rectangle>();
+    auto b = createOwned<Rectangle>();
+    EXPECT_EQ (a->computeHash(), b->computeHash());
+    b->height.set (1);
+    EXPECT_NE (a->computeHash(), b->computeHash());
+}
+
+TEST (ObjectExportTest, ObjectsSaveToFilesWithoutDefaultsAndLoadBackEqual)
+{
+    const auto directory = juce::File::createTempFile ("objects");
+    directory.createDirectory();
+    const auto file = directory.getChildFile ("shape.txt");
+    juce::String log;
+    ToStringExecutionContext context (log);
+
+    auto shape = createOwned<RoundedRectangle>();
+    shape->title.set ("saved");
+    shape->cornerRadius.set (6);
+    ASSERT_TRUE (shape->saveToFile (context, file, true));
+    EXPECT_EQ (file.loadFileAsString(), "'RoundedRectangle {title = \"saved\", cornerRadius = 6}\n");
+
+    auto loaded = createOwned<RoundedRectangle>();
+    ASSERT_TRUE (loaded->loadFromFile (context, file));
+    EXPECT_TRUE (loaded->equalsIgnoringReadOnly (*shape, false));
+    EXPECT_EQ (loaded->width.get(), 10);
+
+    EXPECT_FALSE (loaded->loadFromFile (context, directory.getChildFile ("missing.txt")));
+    EXPECT_EQ (log, "Error: File " + directory.getChildFile ("missing.txt").getFullPathName() + " does not exist\n");
+    directory.deleteRecursively();
+}
+
+TEST (ObjectExportTest, CloneObjectRemapsIdentifiers)
+{
+    juce::String log;
+    ToStringExecutionContext context (log);
+    auto shape = createOwned<Rectangle>();
+    shape->setUniqueIdentifier (UniqueIdentifier (0x0f));
+    shape->height.set (12);
+    StateCloner cloner (UniqueIdentifier (0xf0));
+    auto* copy = cloner.cloneObject (context, *shape, nullptr);
+    ASSERT_NE (copy, nullptr);
+    EXPECT_EQ (copy->getClass(), &Rectangle::staticClass);
+    EXPECT_EQ (copy->getUniqueIdentifier(), UniqueIdentifier (0xff));
+    EXPECT_EQ (static_cast<Rectangle*> (copy)->height.get(), 12);
+    copy->deleteThis();
+    EXPECT_TRUE (log.isEmpty());
 }

@@ -4,6 +4,7 @@
 #include "ObjectImporter.h"
 #include "ObjectSpace.h"
 #include "StateObjectExporter.h"
+#include "ComputeHashObjectExporter.h"
 #include "../Standard/ExecutionContext.h"
 
 namespace tov
@@ -528,6 +529,24 @@ Object* Object::createFromState (ExecutionContext& context, const std::shared_pt
         importer.load (*object);
     }
     return object;
+}
+
+bool Object::loadFromFile (ExecutionContext& context, const juce::File& file)
+{
+    auto state = State::createFromStateFile (context, file);
+    return state != nullptr && loadFromState (context, state);
+}
+
+bool Object::saveToFile (ExecutionContext& context, const juce::File& file, bool writeClass) const
+{
+    return makeState (true, writeClass)->saveToFile (context, file, {});
+}
+
+uint64_t Object::computeHash() const
+{
+    ComputeHashObjectExporter exporter (exportOwnedPointersAsIdentifiers | exportTransientVariables);
+    exporter.save (*this, false);
+    return exporter.get();
 }
 
 //==============================================================================

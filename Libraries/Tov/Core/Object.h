@@ -190,6 +190,12 @@ public:
     std::shared_ptr<State> makeState (bool withoutDefaults = true, bool writeClass = false) const;
     /** A new object of the class the state names, loaded from it; null with the lookup's words on the context. */
     static Object* createFromState (ExecutionContext& context, const std::shared_ptr<State>& state, Object* parent = nullptr);
+    bool loadFromFile (ExecutionContext& context, const juce::File& file);
+    /** Saves the state without defaults to a state file. */
+    bool saveToFile (ExecutionContext& context, const juce::File& file, bool writeClass = false) const;
+
+    /** A 64-bit hash of what the object saves, transient variables included and owned objects by identifier. */
+    uint64_t computeHash() const;
 
     //==============================================================================
     // Names and texts

@@ -7,6 +7,7 @@
 // strings UTF-8 with a terminating zero.
 #include "State.h"
 #include "ClassExpression.h"
+#include "WellFormedUtf8.h"
 
 namespace tov
 {
@@ -29,12 +30,21 @@ bool writeFlag (juce::OutputStream& output, bool present)
     return output.writeByte (present ? 1 : 0);
 }
 
-// juce::InputStream::readString stops at the zero byte; a missing one ends the string at the end of the stream.
+// The bytes up to the zero byte, or to the end of the stream when there is none,
+// read as well-formed text: what is written again then takes the same bytes.
+juce::String readStreamString (juce::InputStream& input)
+{
+    juce::MemoryOutputStream bytes;
+    for (char c; input.read (&c, 1) == 1 && c != 0;)
+        bytes.writeByte (c);
+    return makeWellFormedUtf8 (bytes.getData(), bytes.getDataSize());
+}
+
 bool readNonEmptyStreamString (juce::InputStream& input, juce::String& text, juce::String& error, const char* message)
 {
     if (input.isExhausted())
         return fail (error, message);
-    text = input.readString();
+    text = readStreamString (input);
     return true;
 }
 }
@@ -73,10 +83,11 @@ bool ClassExpression::loadFromBinary (juce::InputStream& input, const ClassExpre
     if (! State::loadFromBinary (input, arguments, error))
         return false;
 
+    // A template without arguments, or a parameter of no class, names nothing: it reads as null.
     switch (type)
     {
         case atomic:              expression = createAtomicClassExpression (identifier); return true;
-        case classParameter:      expression = createClassParameterExpression (inner, identifier); return true;
+        case classParameter:      expression = inner != nullptr ? createClassParameterExpression (inner, identifier) : nullptr; return true;
         case templateApplication: expression = arguments != nullptr ? createTemplateClassExpression (identifier, arguments) : nullptr; return true;
         default:                  return fail (error, "Unexpected type of class expression");
     }
@@ -220,7 +231,7 @@ bool State::loadFromBinary (juce::InputStream& input, juce::String& error)
             return true;
         }
         case StateType::stringType:
-            setString (input.readString());
+            setString (readStreamString (input));
             return true;
         case StateType::ownedPointerType:
         {

@@ -1,4 +1,5 @@
 #include "StateCloner.h"
+#include "Object.h"
 #include "State.h"
 
 namespace tov
@@ -75,6 +76,12 @@ std::shared_ptr<State> StateCloner::cloneRecursively (const State& node) const
     }
     copy.source = node.source;
     return result;
+}
+
+Object* StateCloner::cloneObject (ExecutionContext& context, const Object& source, Object* parent)
+{
+    auto state = source.makeState (false, true);
+    return Object::createFromState (context, clone (*state), parent);
 }
 
 } // namespace tov

@@ -8,6 +8,8 @@ namespace tov
 {
 
 class State;
+class Object;
+class ExecutionContext;
 
 /** Makes deep copies of State trees with remapped identifiers.
 
@@ -24,6 +26,9 @@ public:
 
     /** A new, fully separate tree: no node is shared with the source. */
     std::shared_ptr<State> clone (const State& source);
+
+    /** A new object from the source's state, cloned with this mask; null with a report when its class is unknown. */
+    Object* cloneObject (ExecutionContext& context, const Object& source, Object* parent);
 
 private:
     UniqueIdentifier mask;

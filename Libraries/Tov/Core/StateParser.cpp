@@ -1,4 +1,5 @@
 #include "StateParser.h"
+#include "WellFormedUtf8.h"
 #include "State.h"
 #include "StateParserCallback.h"
 #include "ClassExpression.h"
@@ -78,73 +79,6 @@ namespace
         static const locale_t cLocale = newlocale (LC_NUMERIC_MASK, "C", (locale_t) nullptr);
         return strtod_l (bytes.c_str(), nullptr, cLocale);
        #endif
-    }
-
-    // The length of the well-formed UTF-8 sequence at the bytes, or 0 for an
-    // ill-formed one (overlong forms, surrogates, values above U+10FFFF and
-    // truncated sequences are all ill-formed).
-    size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept
-    {
-        const uint8_t lead = bytes[0];
-        if (lead < 0x80)
-            return 1;
-
-        size_t length = 0;
-        uint8_t secondLow = 0x80, secondHigh = 0xbf;
-        if (lead >= 0xc2 && lead <= 0xdf)      length = 2;
-        else if (lead == 0xe0)                 { length = 3; secondLow = 0xa0; }
-        else if (lead == 0xed)                 { length = 3; secondHigh = 0x9f; }
-        else if (lead >= 0xe1 && lead <= 0xef) length = 3;
-        else if (lead == 0xf0)                 { length = 4; secondLow = 0x90; }
-        else if (lead == 0xf4)                 { length = 4; secondHigh = 0x8f; }
-        else if (lead >= 0xf1 && lead <= 0xf3) length = 4;
-        else                                   return 0;
-
-        if (available < length || bytes[1] < secondLow || bytes[1] > secondHigh)
-            return 0;
-        for (size_t i = 2; i < length; ++i)
-            if (bytes[i] < 0x80 || bytes[i] > 0xbf)
-                return 0;
-        return length;
-    }
-
-    // A juce::String can carry ill-formed UTF-8, which JUCE's conversions then
-    // decode inconsistently (an overlong sequence may even swallow the next
-    // character). The parser works on bytes, so it first replaces each byte of
-    // an ill-formed sequence by U+FFFD; well-formed texts are left untouched.
-    juce::String makeWellFormedUtf8 (const juce::String& text)
-    {
-        const auto* bytes = reinterpret_cast<const uint8_t*> (text.toRawUTF8());
-        const size_t numBytes = text.getNumBytesAsUTF8();
-
-        size_t firstBad = 0;
-        while (firstBad < numBytes)
-        {
-            const size_t length = getUtf8SequenceLength (bytes + firstBad, numBytes - firstBad);
-            if (length == 0)
-                break;
-            firstBad += length;
-        }
-        if (firstBad == numBytes)
-            return text;
-
-        juce::MemoryOutputStream repaired (numBytes + 16);
-        repaired.write (bytes, firstBad);
-        for (size_t i = firstBad; i < numBytes;)
-        {
-            const size_t length = getUtf8SequenceLength (bytes + i, numBytes - i);
-            if (length == 0)
-            {
-                repaired.write ("\xef\xbf\xbd", 3);
-                ++i;
-            }
-            else
-            {
-                repaired.write (bytes + i, length);
-                i += length;
-            }
-        }
-        return juce::String::fromUTF8 (static_cast<const char*> (repaired.getData()), (int) repaired.getDataSize());
     }
 
     juce::String unescape (const juce::String& body)

@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+#include <juce_core/juce_core.h>
+#include <sys/wait.h>
+
+namespace
+{
+/** What one run of the tool printed, and how it ended. */
+struct ToolRun
+{
+    juce::String out, err;
+    int exitCode = -1;
+};
+
+/** Runs tov-state in a scratch directory, with the given text on standard input. */
+class StateToolTest : public ::testing::Test
+{
+protected:
+    juce::File directory = juce::File::createTempFile ("stateTool");
+
+    void SetUp() override    { directory.createDirectory(); }
+    void TearDown() override { directory.deleteRecursively(); }
+
+    juce::File file (const char* name) const { return directory.getChildFile (name); }
+
+    void write (const char* name, const juce::String& text) const { file (name).replaceWithText (text, false, false, "\n"); }
+
+    ToolRun run (const juce::String& arguments, const juce::String& input = {}) const
+    {
+        file ("stdin").replaceWithText (input, false, false, "\n");
+        const auto command = "cd " + directory.getFullPathName().quoted() + " && " + juce::String (TOV_STATE_TOOL_PATH).quoted()
+                           + " " + arguments + " <stdin >stdout 2>stderr";
+        const int status = std::system (command.toRawUTF8());
+        ToolRun result;
+        result.out = file ("stdout").loadFileAsString();
+        result.err = file ("stderr").loadFileAsString();
+        result.exitCode = WIFEXITED (status) ? WEXITSTATUS (status) : -1;
+        return result;
+    }
+};
+}
+
+TEST_F (StateToolTest, FormatPrintsAsTheLibraryDoes)
+{
+    write ("doc.txt", "{ a=1 ,b= { \"x\" ,2.50 } }");
+    auto result = run ("format doc.txt");
+    EXPECT_EQ (result.out, "{a = 1, b = {\"x\", 2.5}}\n");
+    EXPECT_EQ (result.err, "");
+    EXPECT_EQ (result.exitCode, 0);
+
+    result = run ("format -", "'Shape @2a #3 {width = 10}");
+    EXPECT_EQ (result.out, "'Shape @2a #3 {width = 10}\n");
+    EXPECT_EQ (result.exitCode, 0);
+}
+
+TEST_F (StateToolTest, FormatReadsTheBinarySibling)
+{
+    write ("data.txt", "{bytes = [0 3]}");
+    file ("data.txt.bin").replaceWithData ("abc", 3);
+    auto result = run ("save data.txt copy.txt");
+    EXPECT_EQ (result.exitCode, 0) << result.err;
+    juce::MemoryBlock sibling;
+    file ("copy.txt.bin").loadFileAsData (sibling);
+    EXPECT_EQ (sibling, juce::MemoryBlock ("abc", 3));
+    EXPECT_EQ (run ("format copy.txt").out, "{bytes = [0 3]}\n");
+}
+
+TEST_F (StateToolTest, CheckIsSilentForGoodFilesAndReportsBadOnes)
+{
+    write ("good.txt", "{a = 1}");
+    write ("bad.txt", "{a = }");
+    auto result = run ("check good.txt");
+    EXPECT_EQ (result.out, "");
+    EXPECT_EQ (result.err, "");
+    EXPECT_EQ (result.exitCode, 0);
+
+    result = run ("check good.txt bad.txt");
+    EXPECT_EQ (result.out, "");
+    EXPECT_TRUE (result.err.startsWith ("Error: Stream: " + file ("bad.txt").getFullPathName() + "\nLine: ")) << result.err;
+    EXPECT_TRUE (result.err.contains ("[*Here*]"));
+    EXPECT_EQ (result.exitCode, 1);
+
+    result = run ("check missing.txt");
+    EXPECT_EQ (result.err, "Error: File " + file ("missing.txt").getFullPathName() + " does not exist\n");
+    EXPECT_EQ (result.exitCode, 1);
+}
+
+TEST_F (StateToolTest, ShortWithAndWithoutDepth)
+{
+    write ("doc.txt", "{a = {b = {c = 1}}}");
+    EXPECT_EQ (run ("short doc.txt").out, "{a = {b = {c = 1}}}\n");
+    EXPECT_EQ (run ("short --depth 1 doc.txt").out, "{a = {...}}\n");
+    EXPECT_EQ (run ("short --depth 0 -", "{x = 1}").out, "{...}\n");
+    auto bad = run ("short --depth many doc.txt");
+    EXPECT_EQ (bad.err, "tov-state short: --depth takes a whole number, not \"many\"\n");
+    EXPECT_EQ (bad.exitCode, 2);
+}
+
+TEST_F (StateToolTest, BinaryConversionsRoundTrip)
+{
+    write ("five.txt", "5");
+    EXPECT_EQ (run ("to-binary five.txt five.bin").exitCode, 0);
+    juce::MemoryBlock bytes;
+    file ("five.bin").loadFileAsData (bytes);
+    EXPECT_EQ (bytes, juce::MemoryBlock ("\x01\x81\x00\x00\x05\x00\x00\x00\x00\x00\x00\x00", 12));
+
+    auto result = run ("from-binary five.bin");
+    EXPECT_EQ (result.out, "5\n");
+    EXPECT_EQ (result.exitCode, 0);
+
+    write ("doc.txt", "'Doc {name = \"n\", list = {1, 2, 3}}");
+    EXPECT_EQ (run ("to-binary doc.txt doc.bin").exitCode, 0);
+    EXPECT_EQ (run ("from-binary doc.bin -").out, "'Doc {name = \"n\", list = {1, 2, 3}}\n");
+}
+
+TEST_F (StateToolTest, BadBinaryStreamGivesTheReadersError)
+{
+    file ("bad.bin").replaceWithData ("\x01\x82\x00\x00", 4);
+    auto result = run ("from-binary bad.bin");
+    EXPECT_EQ (result.out, "");
+    EXPECT_EQ (result.err, "Error: Unexpected binary stream version: 2\n");
+    EXPECT_EQ (result.exitCode, 1);
+
+    file ("short.bin").replaceWithData ("\x01\x81\x00\x00\x05", 5);
+    result = run ("from-binary short.bin");
+    EXPECT_EQ (result.err, "Error: Unexpected end of stream, expected State value\n");
+    EXPECT_EQ (result.exitCode, 1);
+}
+
+TEST_F (StateToolTest, SaveFromBinary)
+{
+    write ("doc.txt", "{a = 1}");
+    run ("to-binary doc.txt doc.bin");
+    EXPECT_EQ (run ("save --binary doc.bin saved.txt").exitCode, 0);
+    EXPECT_EQ (file ("saved.txt").loadFileAsString(), "{a = 1}\n");
+    EXPECT_FALSE (file ("saved.txt.bin").exists());
+    auto usage = run ("save doc.txt");
+    EXPECT_EQ (usage.err, "tov-state save: expected IN and OUT (see tov-state save --help)\n");
+    EXPECT_EQ (usage.exitCode, 2);
+}
+
+TEST_F (StateToolTest, HelpAndUsageErrors)
+{
+    auto help = run ("--help");
+    EXPECT_TRUE (help.out.startsWith ("tov-state: reads, checks and converts State documents.\n"));
+    EXPECT_TRUE (help.out.contains ("  tov-state from-binary [IN|-] [OUT|-]\n"));
+    EXPECT_EQ (help.exitCode, 0);
+
+    auto commandHelp = run ("short --help");
+    EXPECT_EQ (commandHelp.out, "usage: tov-state short [--depth N] [FILE|-]\n"
+                                "Writes the one-line short text of the document, at most N levels deep (no limit by default).\n");
+    EXPECT_EQ (commandHelp.exitCode, 0);
+
+    auto unknown = run ("frobnicate");
+    EXPECT_EQ (unknown.err, "tov-state: unknown command \"frobnicate\" (see tov-state --help)\n");
+    EXPECT_EQ (unknown.exitCode, 2);
+
+    auto nothing = run ("");
+    EXPECT_EQ (nothing.exitCode, 2);
+    EXPECT_TRUE (nothing.err.startsWith ("tov-state: reads"));
+}
