@@ -343,3 +343,11 @@ TEST (ObjectExportTest, CloneObjectRemapsIdentifiers)
     copy->deleteThis();
     EXPECT_TRUE (log.isEmpty());
 }
+
+TEST (ObjectExportTest, StackObjectSavesItsVariables)
+{
+    Shape shape;
+    EXPECT_EQ (shape.getClassWithoutLookUp(), nullptr);
+    shape.width.set (4, false);
+    EXPECT_EQ (shape.makeState (false, false)->toShortString(), "{title = \"\", width = 4}");
+}
