@@ -272,11 +272,10 @@ private:
     } payload { 0 };
 
     void setType (StateType newType);
-    bool loadBufferFromBinary (juce::InputStream& input, juce::String& error);
-    bool loadVariablesFromBinary (juce::InputStream& input, juce::String& error);
     Payload copyPayload() const;
 
     friend class StateCloner;
+    template <class Source> friend class StateBinaryReader;
 };
 
 } // namespace tov

@@ -8,6 +8,12 @@
 #include "State.h"
 #include "ClassExpression.h"
 #include "WellFormedUtf8.h"
+#include "ConversionCache.h"
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <typeinfo>
 
 namespace tov
 {
@@ -25,279 +31,530 @@ bool fail (juce::String& error, const char* message)
     return false;
 }
 
-bool writeFlag (juce::OutputStream& output, bool present)
+//==============================================================================
+/** Gathers the fields of a body in a block and hands the stream large writes:
+    a call through the stream for each field of each node cost more than the
+    fields themselves. After a failed write nothing more is written, so a
+    failing stream holds a prefix of the form, though not always as long a
+    prefix as field-by-field writing would have left.
+*/
+class BinaryWriter
 {
-    return output.writeByte (present ? 1 : 0);
-}
+public:
+    explicit BinaryWriter (juce::OutputStream& output) : output (output) {}
 
-// The bytes up to the zero byte, or to the end of the stream when there is none,
-// read as well-formed text: what is written again then takes the same bytes.
-juce::String readStreamString (juce::InputStream& input)
-{
-    juce::MemoryOutputStream bytes;
-    for (char c; input.read (&c, 1) == 1 && c != 0;)
-        bytes.writeByte (c);
-    return makeWellFormedUtf8 (bytes.getData(), bytes.getDataSize());
-}
+    bool writeOptionalState (const State* state)
+    {
+        writeFlag (state != nullptr);
+        return state == nullptr ? ! failed : writeState (*state);
+    }
 
-bool readNonEmptyStreamString (juce::InputStream& input, juce::String& text, juce::String& error, const char* message)
+    bool writeState (const State& state)
+    {
+        const auto type = state.getType();
+        const auto identifier = state.getUniqueIdentifier();
+        const auto version = state.getVersionNumber();
+
+        int header = streamVersion | ((int) type << 6);
+        if (identifier.isNotNull())
+            header |= identifierBit;
+        if (version != 0)
+            header |= versionBit;
+        writeLittleEndian ((uint16_t) header);
+        if (! writeOptionalExpression (state.getClassExpression()))
+            return false;
+        if (identifier.isNotNull())
+            writeLittleEndian ((uint64_t) identifier.getInt64());
+        if (version != 0)
+            writeLittleEndian ((uint16_t) (version & 0xffff));
+        return writeValue (state);
+    }
+
+    bool writeOptionalExpression (const ClassExpression* expression)
+    {
+        writeFlag (expression != nullptr);
+        if (expression == nullptr)
+            return ! failed;
+        writeByte ((uint8_t) expression->getType());
+        writeString (expression->getIdentifier());
+        return writeOptionalExpression (expression->getClassParameterExpression())
+            && writeOptionalState (expression->getClassGeneratorArgumentsPtr().get());
+    }
+
+    /** Hands over what the block holds; false when any write failed. */
+    bool finish()
+    {
+        flush();
+        return ! failed;
+    }
+
+private:
+    static constexpr size_t blockSize = 8192;
+
+    juce::OutputStream& output;
+    char block[blockSize];
+    size_t used = 0;
+    bool failed = false;
+
+    void flush()
+    {
+        if (used != 0 && ! failed && ! output.write (block, used))
+            failed = true;
+        used = 0;
+    }
+
+    void writeBytes (const void* bytes, size_t size)
+    {
+        if (used + size > blockSize)
+        {
+            flush();
+            if (size >= blockSize)
+            {
+                if (! failed && ! output.write (bytes, size))
+                    failed = true;
+                return;
+            }
+        }
+        std::memcpy (block + used, bytes, size);
+        used += size;
+    }
+
+    template <class Unsigned>
+    void writeLittleEndian (Unsigned value)
+    {
+        value = juce::ByteOrder::swapIfBigEndian (value);
+        writeBytes (&value, sizeof (value));
+    }
+
+    static uint64_t getBits (double value)
+    {
+        uint64_t bits;
+        std::memcpy (&bits, &value, sizeof (bits));
+        return bits;
+    }
+
+    void writeByte (uint8_t byte)      { writeBytes (&byte, 1); }
+    void writeFlag (bool present)      { writeByte (present ? 1 : 0); }
+
+    // The bytes and a zero, as OutputStream::writeString writes them.
+    void writeString (const juce::String& text)
+    {
+        writeBytes (text.toRawUTF8(), getNumBytesAsUtf8 (text) + 1);
+    }
+
+    bool writeValue (const State& state)
+    {
+        switch (state.getType())
+        {
+            case StateType::voidType:            break;
+            case StateType::booleanType:         writeByte (state.getBoolean() ? 1 : 0); break;
+            case StateType::integerType:         writeLittleEndian ((uint64_t) state.getInteger()); break;
+            case StateType::realType:            writeLittleEndian (getBits (state.getReal())); break;
+            case StateType::stringType:          writeString (state.getString()); break;
+            case StateType::weakPointerType:     writeLittleEndian ((uint64_t) state.getUniqueIdentifierValue().getInt64()); break;
+            case StateType::ownedPointerType:    return writeOptionalState (state.getOwnedPointer().get());
+            case StateType::classExpressionType: return writeOptionalExpression (state.getClassExpressionValue());
+            case StateType::nativePointerType:   writeLittleEndian ((uint64_t) (juce::pointer_sized_uint) state.getNativePointer()); break;
+            case StateType::bufferType:
+            {
+                const auto& buffer = state.getBuffer();
+                const auto size = (int) buffer.getSize();
+                writeLittleEndian ((uint32_t) size);
+                if (size != 0)
+                    writeBytes (buffer.getData(), (size_t) size);
+                break;
+            }
+            case StateType::variablesType:
+            {
+                const auto& variables = state.getVariables();
+                writeLittleEndian ((uint32_t) variables.size());
+                for (const auto& variable : variables)
+                {
+                    writeString (variable.first);
+                    if (! writeOptionalState (variable.second.get()))
+                        return false;
+                }
+                break;
+            }
+        }
+        return ! failed;
+    }
+};
+
+//==============================================================================
+/** Reads fields from any stream, through its own calls. */
+class StreamSource
 {
-    if (input.isExhausted())
-        return fail (error, message);
-    text = readStreamString (input);
-    return true;
+public:
+    explicit StreamSource (juce::InputStream& input) : input (input) {}
+
+    bool isExhausted()                  { return input.isExhausted(); }
+    int64_t getNumBytesRemaining()      { return input.getNumBytesRemaining(); }
+    char readByte()                     { return input.readByte(); }
+    short readShort()                   { return input.readShort(); }
+    int readInt()                       { return input.readInt(); }
+    int64_t readInt64()                 { return input.readInt64(); }
+    int read (void* destination, int size) { return input.read (destination, size); }
+
+    // The bytes up to the zero byte, or to the end of the stream when there is none;
+    // they stay valid until the next read.
+    std::string_view readStringBytes()
+    {
+        bytes.clear();
+        for (char c; input.read (&c, 1) == 1 && c != 0;)
+            bytes += c;
+        return bytes;
+    }
+
+private:
+    juce::InputStream& input;
+    std::string bytes;
+};
+
+/** Reads the bytes of a MemoryInputStream in place, by the stream's own rules (a
+    short read takes what is left), and leaves the stream where reading ended.
+*/
+class MemorySource
+{
+public:
+    explicit MemorySource (juce::MemoryInputStream& input)
+        : input (input), data (static_cast<const char*> (input.getData())), size (input.getDataSize()),
+          position ((size_t) input.getPosition())
+    {
+    }
+
+    ~MemorySource()                     { input.setPosition ((juce::int64) position); }
+
+    bool isExhausted() const noexcept   { return position >= size; }
+    int64_t getNumBytesRemaining() const noexcept { return (int64_t) (size - position); }
+    char readByte() noexcept            { return isExhausted() ? 0 : data[position++]; }
+    short readShort() noexcept          { return (short) juce::ByteOrder::swapIfBigEndian (readFixed<uint16_t>()); }
+    int readInt() noexcept              { return (int) juce::ByteOrder::swapIfBigEndian (readFixed<uint32_t>()); }
+    int64_t readInt64() noexcept        { return (int64_t) juce::ByteOrder::swapIfBigEndian (readFixed<uint64_t>()); }
+
+    int read (void* destination, int count) noexcept
+    {
+        if (count <= 0 || isExhausted())
+            return 0;
+        const size_t numRead = std::min ((size_t) count, size - position);
+        std::memcpy (destination, data + position, numRead);
+        position += numRead;
+        return (int) numRead;
+    }
+
+    std::string_view readStringBytes() noexcept
+    {
+        const char* start = data + position;
+        const auto* zero = static_cast<const char*> (std::memchr (start, 0, size - position));
+        const size_t length = zero != nullptr ? (size_t) (zero - start) : size - position;
+        position = zero != nullptr ? position + length + 1 : size;
+        return { start, length };
+    }
+
+private:
+    juce::MemoryInputStream& input;
+    const char* data;
+    size_t size, position;
+
+    template <class Unsigned>
+    Unsigned readFixed() noexcept
+    {
+        Unsigned value = 0;
+        if (read (&value, sizeof (value)) != (int) sizeof (value))
+            return 0;
+        return value;
+    }
+};
+
+/** Reads through whichever source suits the stream. The reading is the same
+    either way; a MemoryInputStream only spares a call per field.
+*/
+template <class Read>
+bool readFrom (juce::InputStream& input, Read&& read)
+{
+    if (typeid (input) == typeid (juce::MemoryInputStream))
+    {
+        MemorySource source (static_cast<juce::MemoryInputStream&> (input));
+        return read (source);
+    }
+    StreamSource source (input);
+    return read (source);
 }
-}
+} // namespace
+
+//==============================================================================
+/** The reading half of the form, over a source of fields. */
+template <class Source>
+class StateBinaryReader
+{
+public:
+    StateBinaryReader (Source& source, juce::String& error) : source (source), error (error) {}
+
+    bool readOptionalExpression (const ClassExpression*& expression)
+    {
+        expression = nullptr;
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected Class Expression");
+        if (source.readByte() == 0)
+            return true;
+
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected Class Expression");
+        const int type = (juce::uint8) source.readByte();
+        juce::String identifier;
+        if (! readNonEmptyName (identifier, "Unexpected end of stream, expected Class Expression"))
+            return false;
+        const ClassExpression* inner = nullptr;
+        if (! readOptionalExpression (inner))
+            return false;
+        std::shared_ptr<State> arguments;
+        if (! readOptionalState (arguments))
+            return false;
+
+        switch (type)
+        {
+            case ClassExpression::atomic:              expression = getAtomicExpression (identifier); return true;
+            case ClassExpression::classParameter:      expression = inner != nullptr ? createClassParameterExpression (inner, identifier) : nullptr; return true;
+            case ClassExpression::templateApplication: expression = arguments != nullptr ? createTemplateClassExpression (identifier, arguments) : nullptr; return true;
+            default:                                   return fail (error, "Unexpected type of class expression");
+        }
+    }
+
+    bool readOptionalState (std::shared_ptr<State>& state)
+    {
+        state = nullptr;
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected State");
+        if (source.readByte() == 0)
+            return true;
+        state = std::make_shared<State>();
+        return readState (*state);
+    }
+
+    bool readState (State& state)
+    {
+        if (! hasBytes (2))
+            return fail (error, "Unexpected end of stream, expected State");
+        const int header = (juce::uint16) source.readShort();
+        const int version = header & 0x3f;
+        if (version != streamVersion)
+        {
+            error = "Unexpected binary stream version: " + juce::String (version);
+            return false;
+        }
+
+        const ClassExpression* expression = nullptr;
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected Class Expression");
+        if (! readOptionalExpression (expression))
+            return false;
+        state.setClassExpression (expression);
+
+        state.uniqueIdentifier = UniqueIdentifier();
+        if ((header & identifierBit) != 0)
+        {
+            if (! hasBytes (8))
+                return fail (error, "Unexpected end of stream, expected unique identifier");
+            state.uniqueIdentifier = UniqueIdentifier ((uint64_t) source.readInt64());
+        }
+
+        state.versionNumber = 0;
+        if ((header & versionBit) != 0)
+        {
+            if (! hasBytes (2))
+                return fail (error, "Unexpected end of stream, expected version Number");
+            state.versionNumber = (uint64_t) (int64_t) source.readShort();
+        }
+
+        if ((header & numChangesBit) != 0)
+        {
+            if (! hasBytes (8))
+                return fail (error, "Unexpected end of stream, expected numChanges");
+            source.readInt64();
+        }
+
+        const int typeValue = (header >> 6) & 0xf;
+        if (typeValue == 0)
+            return true;
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected State value");
+        if (typeValue > (int) StateType::bufferType)
+            return fail (error, "Unexpected type of State");
+        return readValue (state, (StateType) typeValue);
+    }
+
+private:
+    Source& source;
+    juce::String& error;
+    ConversionCache<juce::String> names;
+    ConversionCache<const ClassExpression*> atomicExpressions;
+
+    // Guards every read of a fixed-size field: a stream too short for it fails with the message.
+    bool hasBytes (int64_t count)
+    {
+        const auto remaining = source.getNumBytesRemaining();
+        return ! source.isExhausted() && (remaining < 0 || remaining >= count);
+    }
+
+    juce::String readString()
+    {
+        const auto bytes = source.readStringBytes();
+        return makeWellFormedUtf8 (bytes.data(), bytes.size());
+    }
+
+    // Names of variables and classes: the same bytes give the same string.
+    bool readNonEmptyName (juce::String& name, const char* message)
+    {
+        if (source.isExhausted())
+            return fail (error, message);
+        const auto bytes = source.readStringBytes();
+        name = names.get (bytes.data(), bytes.size(), [&] { return makeWellFormedUtf8 (bytes.data(), bytes.size()); });
+        return true;
+    }
+
+    const ClassExpression* getAtomicExpression (const juce::String& name)
+    {
+        const char* bytes = name.toRawUTF8();
+        return atomicExpressions.get (bytes, std::strlen (bytes), [&] { return createAtomicClassExpression (name); });
+    }
+
+    bool readValue (State& state, StateType type)
+    {
+        switch (type)
+        {
+            case StateType::booleanType:
+                state.setBoolean (source.readByte() != 0);
+                return true;
+            case StateType::integerType:
+            case StateType::weakPointerType:
+            case StateType::nativePointerType:
+            case StateType::realType:
+            {
+                if (! hasBytes (8))
+                    return fail (error, "Unexpected end of stream, expected State value");
+                const auto word = source.readInt64();
+                state.setType (type);
+                state.payload.integer = word;
+                return true;
+            }
+            case StateType::stringType:
+                state.setString (readString());
+                return true;
+            case StateType::ownedPointerType:
+            {
+                std::shared_ptr<State> target;
+                const bool result = readOptionalState (target);
+                state.setOwnedPointer (target);
+                return result;
+            }
+            case StateType::classExpressionType:
+            {
+                const ClassExpression* value = nullptr;
+                const bool result = readOptionalExpression (value);
+                state.setClassExpressionValue (value);
+                return result;
+            }
+            case StateType::bufferType:     return readBuffer (state);
+            case StateType::variablesType:  return readVariables (state);
+            case StateType::voidType:       return true;
+        }
+        return fail (error, "Unexpected type of State");
+    }
+
+    // A size of 0 or less is an empty buffer. The size is checked against what the
+    // stream holds, so a corrupt size never allocates more than the stream could fill.
+    bool readBuffer (State& state)
+    {
+        if (! hasBytes (4))
+            return fail (error, "Unexpected end of stream, expected State value");
+        const int size = source.readInt();
+        state.setType (StateType::bufferType);
+        if (size <= 0)
+            return true;
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected buffer");
+        const auto remaining = source.getNumBytesRemaining();
+        if (remaining >= 0 && remaining < size)
+            return fail (error, "Unexpected end of stream, truncated buffer");
+
+        auto& buffer = *state.payload.buffer;
+        buffer.allocateData ((uint64_t) size);
+        if (source.read (buffer.getData(), size) != size)
+        {
+            buffer.reset();
+            return fail (error, "Unexpected end of stream, truncated buffer");
+        }
+        return true;
+    }
+
+    // A count of 0 leaves the node as it was: an empty list reads back as void.
+    // Every variable takes at least two bytes, which bounds what a corrupt count
+    // can reserve; the room is reserved once the first variable has been read.
+    bool readVariables (State& state)
+    {
+        if (! hasBytes (4))
+            return fail (error, "Unexpected end of stream, expected State value");
+        const int count = source.readInt();
+        for (int i = 0; i < count; ++i)
+        {
+            juce::String name;
+            if (! readNonEmptyName (name, "Unexpected end of stream, expected variable name"))
+                return false;
+            std::shared_ptr<State> variable;
+            if (! readOptionalState (variable))
+                return false;
+
+            // Every variable of a tree has a node: a null one in the stream becomes void.
+            if (variable == nullptr)
+                variable = std::make_shared<State>();
+            state.setType (StateType::variablesType);
+            auto& variables = *state.payload.variables;
+            if (i == 0)
+                variables.reserve (variables.size() + getRoomForVariables (count));
+            variables.emplace_back (std::move (name), std::move (variable));
+        }
+        return true;
+    }
+
+    size_t getRoomForVariables (int count)
+    {
+        const auto remaining = source.getNumBytesRemaining();
+        return (size_t) std::min<int64_t> (count, remaining < 0 ? 1 : remaining / 2 + 1);
+    }
+};
 
 //==============================================================================
 bool ClassExpression::toBinary (const ClassExpression* expression, juce::OutputStream& output)
 {
-    if (! writeFlag (output, expression != nullptr))
-        return false;
-    if (expression == nullptr)
-        return true;
-    return output.writeByte ((char) expression->type)
-        && output.writeString (expression->identifier)
-        && toBinary (expression->classParameterExpression, output)
-        && State::toBinary (expression->classGeneratorArguments.get(), output);
+    BinaryWriter writer (output);
+    return writer.writeOptionalExpression (expression) && writer.finish();
 }
 
 bool ClassExpression::loadFromBinary (juce::InputStream& input, const ClassExpression*& expression, juce::String& error)
 {
-    expression = nullptr;
-    if (input.isExhausted())
-        return fail (error, "Unexpected end of stream, expected Class Expression");
-    if (input.readByte() == 0)
-        return true;
-
-    if (input.isExhausted())
-        return fail (error, "Unexpected end of stream, expected Class Expression");
-    const int type = (juce::uint8) input.readByte();
-    juce::String identifier;
-    if (! readNonEmptyStreamString (input, identifier, error, "Unexpected end of stream, expected Class Expression"))
-        return false;
-    const ClassExpression* inner = nullptr;
-    if (! loadFromBinary (input, inner, error))
-        return false;
-    std::shared_ptr<State> arguments;
-    if (! State::loadFromBinary (input, arguments, error))
-        return false;
-
-    // A template without arguments, or a parameter of no class, names nothing: it reads as null.
-    switch (type)
-    {
-        case atomic:              expression = createAtomicClassExpression (identifier); return true;
-        case classParameter:      expression = inner != nullptr ? createClassParameterExpression (inner, identifier) : nullptr; return true;
-        case templateApplication: expression = arguments != nullptr ? createTemplateClassExpression (identifier, arguments) : nullptr; return true;
-        default:                  return fail (error, "Unexpected type of class expression");
-    }
+    return readFrom (input, [&] (auto& source) { return StateBinaryReader (source, error).readOptionalExpression (expression); });
 }
 
-//==============================================================================
 bool State::toBinary (const State* state, juce::OutputStream& output)
 {
-    if (! writeFlag (output, state != nullptr))
-        return false;
-    return state == nullptr || state->toBinary (output);
+    BinaryWriter writer (output);
+    return writer.writeOptionalState (state) && writer.finish();
 }
 
 bool State::toBinary (juce::OutputStream& output) const
 {
-    int header = streamVersion | ((int) type << 6);
-    if (uniqueIdentifier.isNotNull())
-        header |= identifierBit;
-    if (versionNumber != 0)
-        header |= versionBit;
-
-    if (! output.writeShort ((short) header) || ! ClassExpression::toBinary (classExpression, output))
-        return false;
-    if (uniqueIdentifier.isNotNull() && ! output.writeInt64 ((juce::int64) uniqueIdentifier.getInt64()))
-        return false;
-    if (versionNumber != 0 && ! output.writeShort ((short) (versionNumber & 0xffff)))
-        return false;
-
-    switch (type)
-    {
-        case StateType::voidType:            return true;
-        case StateType::booleanType:         return output.writeByte (getBoolean() ? 1 : 0);
-        case StateType::integerType:         return output.writeInt64 (payload.integer);
-        case StateType::realType:            return output.writeDouble (payload.real);
-        case StateType::stringType:          return output.writeString (*payload.string);
-        case StateType::weakPointerType:     return output.writeInt64 ((juce::int64) payload.word);
-        case StateType::ownedPointerType:    return toBinary (payload.ownedPointer->get(), output);
-        case StateType::classExpressionType: return ClassExpression::toBinary (payload.classExpression, output);
-        case StateType::nativePointerType:   return output.writeInt64 ((juce::int64) payload.word);
-        case StateType::bufferType:
-        {
-            const auto size = (int) payload.buffer->getSize();
-            return output.writeInt (size) && (size == 0 || output.write (payload.buffer->getData(), (size_t) size));
-        }
-        case StateType::variablesType:
-        {
-            if (! output.writeInt ((int) payload.variables->size()))
-                return false;
-            for (auto& variable : *payload.variables)
-                if (! output.writeString (variable.first) || ! toBinary (variable.second.get(), output))
-                    return false;
-            return true;
-        }
-    }
-    return false;
+    BinaryWriter writer (output);
+    return writer.writeState (*this) && writer.finish();
 }
 
 bool State::loadFromBinary (juce::InputStream& input, std::shared_ptr<State>& state, juce::String& error)
 {
-    state = nullptr;
-    if (input.isExhausted())
-        return fail (error, "Unexpected end of stream, expected State");
-    if (input.readByte() == 0)
-        return true;
-    state = std::make_shared<State>();
-    return state->loadFromBinary (input, error);
-}
-
-// Guards every read of a fixed-size field: a stream too short for it fails with the message.
-static bool hasBytes (juce::InputStream& input, int64_t count)
-{
-    const auto remaining = input.getNumBytesRemaining();
-    return ! input.isExhausted() && (remaining < 0 || remaining >= count);
+    return readFrom (input, [&] (auto& source) { return StateBinaryReader (source, error).readOptionalState (state); });
 }
 
 bool State::loadFromBinary (juce::InputStream& input, juce::String& error)
 {
-    if (! hasBytes (input, 2))
-        return fail (error, "Unexpected end of stream, expected State");
-    const int header = (juce::uint16) input.readShort();
-    const int version = header & 0x3f;
-    if (version != streamVersion)
-    {
-        error = "Unexpected binary stream version: " + juce::String (version);
-        return false;
-    }
-
-    const ClassExpression* expression = nullptr;
-    if (input.isExhausted())
-        return fail (error, "Unexpected end of stream, expected Class Expression");
-    if (! ClassExpression::loadFromBinary (input, expression, error))
-        return false;
-    setClassExpression (expression);
-
-    uniqueIdentifier = UniqueIdentifier();
-    if ((header & identifierBit) != 0)
-    {
-        if (! hasBytes (input, 8))
-            return fail (error, "Unexpected end of stream, expected unique identifier");
-        uniqueIdentifier = UniqueIdentifier ((uint64_t) input.readInt64());
-    }
-
-    versionNumber = 0;
-    if ((header & versionBit) != 0)
-    {
-        if (! hasBytes (input, 2))
-            return fail (error, "Unexpected end of stream, expected version Number");
-        versionNumber = (uint64_t) (int64_t) input.readShort();
-    }
-
-    if ((header & numChangesBit) != 0)
-    {
-        if (! hasBytes (input, 8))
-            return fail (error, "Unexpected end of stream, expected numChanges");
-        input.readInt64();
-    }
-
-    const int typeValue = (header >> 6) & 0xf;
-    if (typeValue == 0)
-        return true;
-    if (input.isExhausted())
-        return fail (error, "Unexpected end of stream, expected State value");
-    if (typeValue > (int) StateType::bufferType)
-        return fail (error, "Unexpected type of State");
-
-    switch ((StateType) typeValue)
-    {
-        case StateType::booleanType:
-            setBoolean (input.readByte() != 0);
-            return true;
-        case StateType::integerType:
-        case StateType::weakPointerType:
-        case StateType::nativePointerType:
-        case StateType::realType:
-        {
-            if (! hasBytes (input, 8))
-                return fail (error, "Unexpected end of stream, expected State value");
-            const auto word = input.readInt64();
-            setType ((StateType) typeValue);
-            payload.integer = word;
-            return true;
-        }
-        case StateType::stringType:
-            setString (readStreamString (input));
-            return true;
-        case StateType::ownedPointerType:
-        {
-            std::shared_ptr<State> target;
-            const bool result = loadFromBinary (input, target, error);
-            setOwnedPointer (target);
-            return result;
-        }
-        case StateType::classExpressionType:
-        {
-            const ClassExpression* value = nullptr;
-            const bool result = ClassExpression::loadFromBinary (input, value, error);
-            setClassExpressionValue (value);
-            return result;
-        }
-        case StateType::bufferType:     return loadBufferFromBinary (input, error);
-        case StateType::variablesType:  return loadVariablesFromBinary (input, error);
-        case StateType::voidType:       return true;
-    }
-    return fail (error, "Unexpected type of State");
-}
-
-// A size of 0 or less is an empty buffer. The size is checked against what the
-// stream holds, so a corrupt size never allocates more than the stream could fill.
-bool State::loadBufferFromBinary (juce::InputStream& input, juce::String& error)
-{
-    if (! hasBytes (input, 4))
-        return fail (error, "Unexpected end of stream, expected State value");
-    const int size = input.readInt();
-    setType (StateType::bufferType);
-    if (size <= 0)
-        return true;
-    if (input.isExhausted())
-        return fail (error, "Unexpected end of stream, expected buffer");
-    const auto remaining = input.getNumBytesRemaining();
-    if (remaining >= 0 && remaining < size)
-        return fail (error, "Unexpected end of stream, truncated buffer");
-
-    payload.buffer->allocateData ((uint64_t) size);
-    if (input.read (payload.buffer->getData(), size) != size)
-    {
-        payload.buffer->reset();
-        return fail (error, "Unexpected end of stream, truncated buffer");
-    }
-    return true;
-}
-
-// A count of 0 leaves the node as it was: an empty list reads back as void.
-// Every variable takes at least two bytes, which bounds what a corrupt count can reserve.
-bool State::loadVariablesFromBinary (juce::InputStream& input, juce::String& error)
-{
-    if (! hasBytes (input, 4))
-        return fail (error, "Unexpected end of stream, expected State value");
-    const int count = input.readInt();
-    for (int i = 0; i < count; ++i)
-    {
-        juce::String name;
-        if (! readNonEmptyStreamString (input, name, error, "Unexpected end of stream, expected variable name"))
-            return false;
-        std::shared_ptr<State> variable;
-        if (! loadFromBinary (input, variable, error))
-            return false;
-        // Every variable of a tree has a node: a null one in the stream becomes void.
-        addVariable (name, variable != nullptr ? variable : std::make_shared<State>());
-    }
-    return true;
+    return readFrom (input, [&] (auto& source) { return StateBinaryReader (source, error).readState (*this); });
 }
 
 } // namespace tov

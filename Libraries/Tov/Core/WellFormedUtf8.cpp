@@ -1,4 +1,5 @@
 #include "WellFormedUtf8.h"
+#include <cstring>
 
 namespace tov
 {
@@ -28,11 +29,45 @@ size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept
     return length;
 }
 
+// The offset of the first ill-formed sequence, or numBytes when there is none.
+static size_t findIllFormedSequence (const uint8_t* bytes, size_t numBytes) noexcept
+{
+    for (size_t i = 0; i < numBytes;)
+    {
+        // Most text is ASCII: eight bytes at a time until a byte has its top bit set.
+        uint64_t word;
+        if (numBytes - i >= sizeof (word))
+        {
+            std::memcpy (&word, bytes + i, sizeof (word));
+            if ((word & 0x8080808080808080ull) == 0)
+            {
+                i += sizeof (word);
+                continue;
+            }
+        }
+        if (bytes[i] < 0x80)
+        {
+            ++i;
+            continue;
+        }
+        const size_t length = getUtf8SequenceLength (bytes + i, numBytes - i);
+        if (length == 0)
+            return i;
+        i += length;
+    }
+    return numBytes;
+}
+
 juce::String makeWellFormedUtf8 (const void* data, size_t numBytes)
 {
     const auto* bytes = static_cast<const uint8_t*> (data);
+    const size_t wellFormedBytes = findIllFormedSequence (bytes, numBytes);
+    if (wellFormedBytes == numBytes)
+        return juce::String::fromUTF8 (static_cast<const char*> (data), (int) numBytes);
+
     juce::MemoryOutputStream repaired (numBytes + 16);
-    for (size_t i = 0; i < numBytes;)
+    repaired.write (bytes, wellFormedBytes);
+    for (size_t i = wellFormedBytes; i < numBytes;)
     {
         const size_t length = getUtf8SequenceLength (bytes + i, numBytes - i);
         if (length == 0)
@@ -49,18 +84,30 @@ juce::String makeWellFormedUtf8 (const void* data, size_t numBytes)
     return juce::String::fromUTF8 (static_cast<const char*> (repaired.getData()), (int) repaired.getDataSize());
 }
 
+size_t getNumBytesAsUtf8 (const juce::String& text) noexcept
+{
+    // Names and short values are ASCII more often than not, and are counted in one pass.
+    const auto* bytes = reinterpret_cast<const uint8_t*> (text.toRawUTF8());
+    size_t numBytes = 0;
+    while (bytes[numBytes] != 0 && bytes[numBytes] < 0x80)
+        ++numBytes;
+    if (bytes[numBytes] == 0)
+        return numBytes;
+
+    numBytes += std::strlen (reinterpret_cast<const char*> (bytes + numBytes));
+    if (findIllFormedSequence (bytes, numBytes) == numBytes)
+        return numBytes;
+    return text.getNumBytesAsUTF8();
+}
+
+// Only the bytes that JUCE counts are looked at, as everywhere else.
 juce::String makeWellFormedUtf8 (const juce::String& text)
 {
-    const auto* bytes = reinterpret_cast<const uint8_t*> (text.toRawUTF8());
-    const size_t numBytes = text.getNumBytesAsUTF8();
-    for (size_t i = 0; i < numBytes;)
-    {
-        const size_t length = getUtf8SequenceLength (bytes + i, numBytes - i);
-        if (length == 0)
-            return makeWellFormedUtf8 (bytes, numBytes);
-        i += length;
-    }
-    return text;
+    const char* bytes = text.toRawUTF8();
+    const size_t numBytes = getNumBytesAsUtf8 (text);
+    if (findIllFormedSequence (reinterpret_cast<const uint8_t*> (bytes), numBytes) == numBytes)
+        return text;
+    return makeWellFormedUtf8 (bytes, numBytes);
 }
 
 } // namespace tov

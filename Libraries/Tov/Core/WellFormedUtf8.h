@@ -21,4 +21,12 @@ size_t getUtf8SequenceLength (const uint8_t* bytes, size_t available) noexcept;
 juce::String makeWellFormedUtf8 (const void* bytes, size_t numBytes);
 juce::String makeWellFormedUtf8 (const juce::String& text);
 
+/** What juce::String::getNumBytesAsUTF8 gives, without decoding well-formed text.
+
+    JUCE counts the bytes of the characters it decodes, which for ill-formed
+    text can be fewer than the bytes before the terminating zero. Streams write
+    that many bytes of such a string, and the forms must keep doing so.
+*/
+size_t getNumBytesAsUtf8 (const juce::String& text) noexcept;
+
 } // namespace tov
