@@ -2,6 +2,7 @@
 #include "Core/Library.h"
 #include "Core/ClassExpression.h"
 #include "Core/DynamicallyLinkedLibrary.h"
+#include "Atomic/Atomic.h"
 #include "Standard/ExecutionContext.h"
 #include "Standard/StateObject.h"
 
@@ -25,7 +26,64 @@ Library* createTovCoreLibrary()
     return library;
 }
 
-Library* createTovAtomicLibrary()     { return createSubLibrary ("Atomic", sourceRoot + "/Atomic"); }
+Library* createTovAtomicLibrary()
+{
+    auto* library = createSubLibrary ("Atomic", sourceRoot + "/Atomic");
+    library->addClass<Void>();
+    library->addClass<Trigger>();
+    library->addClass<Triggerable>();
+    library->addClass<Boolean>();
+    library->addClass<Uuid>();
+    library->addClass<Enumeration>();
+    library->addClassGenerator ("Enumeration", new EnumerationClassGenerator());
+    library->addClass<Number>();
+    library->addClass<Integer>();
+    library->addClass<PositiveInteger>();
+    library->addClass<PositiveInteger7Bits>();
+    library->addClass<PositiveInteger8Bits>();
+    library->addClass<PositiveInteger9Bits>();
+    library->addClass<PositiveInteger14Bits>();
+    library->addClass<StrictlyPositiveInteger>();
+    library->addClass<BoundedPositiveInteger>();
+    library->addClass<MemorySize>();
+    library->addClass<BoundedMemorySize>();
+    library->addClass<Real>();
+    library->addClass<PositiveReal>();
+    library->addClass<UnboundedPercentage>();
+    library->addClass<Percentage>();
+    library->addClass<SignedPercentage>();
+    library->addClass<Angle>();
+    library->addClass<SignedAngle>();
+    library->addClass<SingleTurnAngle>();
+    library->addClass<PositiveAngle>();
+    library->addClass<Meters>();
+    library->addClass<Millimeters>();
+    library->addClass<PositiveMeters>();
+    library->addClass<PositiveMillimeters>();
+    library->addClass<Pixels>();
+    library->addClass<PositivePixels>();
+    library->addClass<StrictlyPositivePixels>();
+    library->addClass<Seconds>();
+    library->addClass<Milliseconds>();
+    library->addClass<SignedMilliseconds>();
+    library->addClass<LuminousPower>();
+    library->addClass<Illuminance>();
+    library->addClass<Brightness>();
+    library->addClass<Frequency>();
+    library->addClass<Decibel>();
+    library->addClass<RelativeTime>();
+    library->addClass<String>();
+    library->addClass<ConfigurableString>();
+    library->addClass<StringWithChoices>();
+    library->addClass<MultiLineString>();
+    library->addClass<SourceCode>();
+    library->addClass<XmlElement>();
+    library->addClass<NameableObject>();
+    library->addClass<FriendlyNameString>();
+    library->addClass<ClassObject>();
+    return library;
+}
+
 Library* createTovPointerLibrary()    { return createSubLibrary ("Pointer", sourceRoot + "/Pointer"); }
 Library* createTovContainerLibrary()  { return createSubLibrary ("Container", sourceRoot + "/Container"); }
 Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }

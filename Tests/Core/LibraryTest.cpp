@@ -535,3 +535,20 @@ TEST_F (GeneratorFixture, RelatedClasses)
 
     Library::getRootLibrary()->removeLibrary (editors);
 }
+
+TEST_F (GeneratorFixture, GeneratedClassNamesReadBack)
+{
+    auto* boxOfShapes = getTemplateClass ("Box", &Shape::staticClass);
+    EXPECT_EQ (createClassExpressionFromString (boxOfShapes->getName(), nullptr), boxOfShapes->getExpression());
+    EXPECT_EQ (getClass ("Box(Shape)"), boxOfShapes);
+    EXPECT_EQ (getClass ("tov::Box(Shape)"), boxOfShapes);
+    EXPECT_EQ (getClass ("Box(Shape)x"), nullptr);
+
+    auto* pair = getClass ("Pair({second=Rectangle,first=Empty})");
+    ASSERT_NE (pair, nullptr);
+    EXPECT_EQ (pair->getName(), "Pair({second = Rectangle, first = Empty})");
+    EXPECT_EQ (pair->getClassAttribute ("first"), &Rectangle::staticClass);
+    EXPECT_EQ (getClass (pair->getName()), pair);
+    EXPECT_EQ (getClass ("Box(NoSuchClass)"), nullptr);
+    EXPECT_EQ (getClass ("Box(Shape):target"), &Shape::staticClass);
+}

@@ -70,17 +70,6 @@ TOV_BEGIN_CLASS (Holder)
     TOV_VARIABLE (counter)
 TOV_END_CLASS()
 
-struct ObjectDeleter
-{
-    void operator() (Object* object) const { object->deleteThis(); }
-};
-
-template <class T>
-std::unique_ptr<T, ObjectDeleter> create()
-{
-    return std::unique_ptr<T, ObjectDeleter> (static_cast<T*> (T::getStaticClass().createObject (nullptr)));
-}
-
 class RecordingSpace : public ObjectSpace
 {
 public:
@@ -100,7 +89,7 @@ TEST (ObjectChangedTest, CountsEvenWhileBeingDestroyed)
 
 TEST (ObjectChangedTest, EmbeddedChangeClimbsAndCountsEveryLevel)
 {
-    auto shape = create<RoundedRectangle>();
+    auto shape = createOwned<RoundedRectangle>();
     std::vector<juce::String> log;
     RecordingView onShape ("shape", log), onWidth ("width", log);
     onShape.attachObject (shape.get());
@@ -115,7 +104,7 @@ TEST (ObjectChangedTest, EmbeddedChangeClimbsAndCountsEveryLevel)
 
 TEST (ObjectChangedTest, ViewsSeeChangesOfTheObjectItself)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     std::vector<juce::String> log;
     RecordingView view ("view", log);
     view.attachObject (shape.get());
@@ -126,7 +115,7 @@ TEST (ObjectChangedTest, ViewsSeeChangesOfTheObjectItself)
 
 TEST (ObjectChangedTest, OwnedChildStopsAtTheBoundaryWithoutPropagation)
 {
-    auto holder = create<Holder>();
+    auto holder = createOwned<Holder>();
     holder->adopt (static_cast<Shape*> (Shape::staticClass.createObject (nullptr)));
     std::vector<juce::String> log;
     RecordingView onHolder ("holder", log), onChild ("child", log);
@@ -143,7 +132,7 @@ TEST (ObjectChangedTest, OwnedChildStopsAtTheBoundaryWithoutPropagation)
 
 TEST (ObjectChangedTest, OwnedChildReachesViewsAboveWithPropagation)
 {
-    auto holder = create<Holder>();
+    auto holder = createOwned<Holder>();
     holder->setPropagateChildrenChanges (true);
     holder->adopt (static_cast<Shape*> (Shape::staticClass.createObject (nullptr)));
     std::vector<juce::String> log;
@@ -162,7 +151,7 @@ TEST (ObjectChangedTest, OwnedChildReachesViewsAboveWithPropagation)
 
 TEST (ObjectChangedTest, ShouldIncrementFalseStopsCountingButNotCallbacks)
 {
-    auto holder = create<Holder>();
+    auto holder = createOwned<Holder>();
     holder->countChanges = false;
     holder->counter.set (4);
     EXPECT_EQ (holder->counter.getNumChanges(), 1u);
@@ -172,7 +161,7 @@ TEST (ObjectChangedTest, ShouldIncrementFalseStopsCountingButNotCallbacks)
 
 TEST (ObjectChangedTest, VariableChangedCallbackSeesEveryLevel)
 {
-    auto holder = create<Holder>();
+    auto holder = createOwned<Holder>();
     holder->counter.changed();
     EXPECT_EQ (holder->callbacks, (std::vector<juce::String> { "counter <- counter" }));
     EXPECT_EQ (holder->getNumChanges(), 1u);
@@ -181,7 +170,7 @@ TEST (ObjectChangedTest, VariableChangedCallbackSeesEveryLevel)
 TEST (ObjectChangedTest, SpaceIsToldBeforeViews)
 {
     RecordingSpace space;
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     shape->callInitializeObject (&space, nullptr, nullptr);
     std::vector<juce::String> log;
     RecordingView view ("view", log);
@@ -196,7 +185,7 @@ TEST (ObjectChangedTest, SpaceIsToldBeforeViews)
 
 TEST (ObjectChangedTest, InsideChangedFlagHeldDuringCallbacks)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     std::vector<juce::String> log;
     RecordingView view ("view", log);
     view.attachObject (shape.get());
@@ -229,7 +218,7 @@ TOV_END_CLASS()
 
 TEST (ObjectChangedTest, CallbackThatDestroysTheObjectEndsTheClimb)
 {
-    auto owner = create<Destroyer>();
+    auto owner = createOwned<Destroyer>();
     std::vector<juce::String> log;
     RecordingView view ("view", log);
     view.attachObject (owner.get());
@@ -242,7 +231,7 @@ TEST (ObjectChangedTest, CallbackThatDestroysTheObjectEndsTheClimb)
 
 TEST (ObjectChangedTest, ClimbStopsBelowAParentBeingDestroyed)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     shape->setFlag (Object::beingDestroyedFlag);
     shape->width.set (2);
     EXPECT_EQ (shape->getNumChanges(), 0u);

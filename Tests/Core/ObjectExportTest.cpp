@@ -10,17 +10,6 @@ using namespace tov::test;
 
 namespace
 {
-struct ObjectDeleter
-{
-    void operator() (Object* object) const { object->deleteThis(); }
-};
-
-template <class T>
-std::unique_ptr<T, ObjectDeleter> create()
-{
-    return std::unique_ptr<T, ObjectDeleter> (static_cast<T*> (T::getStaticClass().createObject (nullptr)));
-}
-
 /** Holds a heap object, written through writeOwnedPointer. */
 class Container : public Object
 {
@@ -47,7 +36,7 @@ TOV_END_CLASS()
 
 TEST (ObjectExportTest, DefaultsArePrunedToVoid)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     auto state = shape->makeState (true, false);
     EXPECT_EQ (state->getType(), StateType::voidType);
     EXPECT_EQ (state->toShortString(), "void");
@@ -55,7 +44,7 @@ TEST (ObjectExportTest, DefaultsArePrunedToVoid)
 
 TEST (ObjectExportTest, ChangedValuesAreKept)
 {
-    auto shape = create<RoundedRectangle>();
+    auto shape = createOwned<RoundedRectangle>();
     shape->width.set (3);
     EXPECT_EQ (shape->makeState (true, false)->toShortString(), "{width = 3}");
     EXPECT_EQ (shape->makeState (false, false)->toShortString(), "{title = \"untitled\", width = 3, height = 5, cornerRadius = 0}");
@@ -67,7 +56,7 @@ TEST (ObjectExportTest, ChangedValuesAreKept)
 
 TEST (ObjectExportTest, ReadOnlyVariablesAreSavedOnlyWithTransientFlag)
 {
-    auto shape = create<Rectangle>();
+    auto shape = createOwned<Rectangle>();
     auto state = StateObjectExporter::make (*shape, exportTransientVariables, false);
     EXPECT_NE (state->findVariable ("marker"), -1);
     EXPECT_EQ (shape->makeState (false, false)->findVariable ("marker"), -1);
@@ -75,7 +64,7 @@ TEST (ObjectExportTest, ReadOnlyVariablesAreSavedOnlyWithTransientFlag)
 
 TEST (ObjectExportTest, HeapObjectsCarryIdentifiersUnlessAsked)
 {
-    auto shape = create<Shape>();
+    auto shape = createOwned<Shape>();
     shape->setUniqueIdentifier (UniqueIdentifier (0x77));
     EXPECT_EQ (shape->makeState (false, false)->getUniqueIdentifier(), UniqueIdentifier (0x77));
     EXPECT_TRUE (StateObjectExporter::make (*shape, exportWithoutIdentifiers, false)->getUniqueIdentifier().isNull());
@@ -85,17 +74,17 @@ TEST (ObjectExportTest, IdentifierOnLoad)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto source = create<Shape>();
+    auto source = createOwned<Shape>();
     source->setUniqueIdentifier (UniqueIdentifier (0x55));
 
-    auto fresh = create<Shape>();
+    auto fresh = createOwned<Shape>();
     fresh->loadFromState (context, StateObjectExporter::make (*source, exportWithoutIdentifiers, false));
     EXPECT_TRUE (fresh->getUniqueIdentifier().isNull());
 
     fresh->loadFromState (context, source->makeState (false, false));
     EXPECT_EQ (fresh->getUniqueIdentifier(), UniqueIdentifier (0x55));
 
-    auto named = create<Shape>();
+    auto named = createOwned<Shape>();
     named->setUniqueIdentifier (UniqueIdentifier (0x66));
     named->loadFromState (context, source->makeState (false, false));
     EXPECT_EQ (named->getUniqueIdentifier(), UniqueIdentifier (0x66));
@@ -106,10 +95,10 @@ TEST (ObjectExportTest, DerivedStateLoadsIntoBaseObject)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto derived = create<Rectangle>();
+    auto derived = createOwned<Rectangle>();
     derived->width.set (8);
     derived->height.set (9);
-    auto base = create<Shape>();
+    auto base = createOwned<Shape>();
     EXPECT_TRUE (base->loadFromState (context, derived->makeState (true, true)));
     EXPECT_EQ (base->getClass(), &Shape::staticClass);
     EXPECT_EQ (base->width.get(), 8);
@@ -120,9 +109,9 @@ TEST (ObjectExportTest, BaseStateIntoDerivedObjectFails)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto base = create<Shape>();
+    auto base = createOwned<Shape>();
     base->width.set (2);
-    auto derived = create<Rectangle>();
+    auto derived = createOwned<Rectangle>();
     EXPECT_FALSE (derived->loadFromState (context, base->makeState (true, true)));
     EXPECT_EQ (log, "Error: Invalid class: expected Rectangle found Shape (in Loading {width = 2})\n");
 }
@@ -131,7 +120,7 @@ TEST (ObjectExportTest, CreateFromStateMakesTheNamedClass)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto source = create<RoundedRectangle>();
+    auto source = createOwned<RoundedRectangle>();
     source->cornerRadius.set (4);
     auto* copy = Object::createFromState (context, source->makeState (true, true));
     ASSERT_NE (copy, nullptr);
@@ -149,17 +138,17 @@ TEST (ObjectExportTest, NullOwnedPointerSavesAsNullWeakPointer)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto container = create<Container>();
+    auto container = createOwned<Container>();
     auto state = container->makeState (false, false);
     EXPECT_EQ (state->toShortString(), "{content = -> nil}");
-    auto loaded = create<Container>();
+    auto loaded = createOwned<Container>();
     EXPECT_TRUE (loaded->loadFromState (context, state));
     EXPECT_EQ (loaded->content, nullptr);
 }
 
 TEST (ObjectExportTest, OwnedPointerWritesClassOnlyWhenItAddsInformation)
 {
-    auto container = create<Container>();
+    auto container = createOwned<Container>();
     container->content = Shape::staticClass.createObject (container.get());
     EXPECT_EQ (container->makeState (false, false)->toShortString(), "{content = => {title = \"untitled\", width = 10}}");
     container->content->deleteThis();
@@ -170,7 +159,7 @@ TEST (ObjectExportTest, OwnedPointerWritesClassOnlyWhenItAddsInformation)
 
     juce::String log;
     ToStringExecutionContext context (log);
-    auto loaded = create<Container>();
+    auto loaded = createOwned<Container>();
     EXPECT_TRUE (loaded->loadFromState (context, state));
     ASSERT_NE (loaded->content, nullptr);
     EXPECT_EQ (loaded->content->getClass(), &Rectangle::staticClass);
@@ -183,7 +172,7 @@ TEST (ObjectExportTest, MissingWeakTargetNamesTheParentPath)
     ToStringExecutionContext context (log);
     auto state = std::make_shared<State>();
     state->addVariable ("content", std::make_shared<State> (UniqueIdentifier (0xabc)));
-    auto container = create<Container>();
+    auto container = createOwned<Container>();
     EXPECT_FALSE (container->loadFromState (context, state));
     EXPECT_EQ (log, "Error: Could not find object with uid @abc in Container (in StateObjectImporter::readObject)\n");
 }
@@ -288,15 +277,15 @@ TOV_END_CLASS()
 
 TEST (ObjectExportTest, HashIgnoresVersionsAndSeesVariableNames)
 {
-    auto versioned = create<Versioned>();
+    auto versioned = createOwned<Versioned>();
     versioned->first.set (3);
     const auto before = versioned->computeHash();
     Versioned::staticClass.version = 7;
     EXPECT_EQ (versioned->computeHash(), before);
     EXPECT_EQ (versioned->makeState (false, false)->getVersionNumber(), 7u);
 
-    auto a = create<NamedA>();
-    auto b = create<NamedB>();
+    auto a = createOwned<NamedA>();
+    auto b = createOwned<NamedB>();
     a->first.set (3);
     b->second.set (3);
     EXPECT_NE (a->computeHash(), b->computeHash());
@@ -307,8 +296,8 @@ TEST (ObjectExportTest, HashIgnoresVersionsAndSeesVariableNames)
 
 TEST (ObjectExportTest, HashCountsReadOnlyVariables)
 {
-    auto a = create<Rectangle>();
-    auto b = create<Rectangle>();
+    auto a = createOwned<Rectangle>();
+    auto b = createOwned<Rectangle>();
     EXPECT_EQ (a->computeHash(), b->computeHash());
     b->height.set (1);
     EXPECT_NE (a->computeHash(), b->computeHash());
@@ -322,13 +311,13 @@ TEST (ObjectExportTest, ObjectsSaveToFilesWithoutDefaultsAndLoadBackEqual)
     juce::String log;
     ToStringExecutionContext context (log);
 
-    auto shape = create<RoundedRectangle>();
+    auto shape = createOwned<RoundedRectangle>();
     shape->title.set ("saved");
     shape->cornerRadius.set (6);
     ASSERT_TRUE (shape->saveToFile (context, file, true));
     EXPECT_EQ (file.loadFileAsString(), "'RoundedRectangle {title = \"saved\", cornerRadius = 6}\n");
 
-    auto loaded = create<RoundedRectangle>();
+    auto loaded = createOwned<RoundedRectangle>();
     ASSERT_TRUE (loaded->loadFromFile (context, file));
     EXPECT_TRUE (loaded->equalsIgnoringReadOnly (*shape, false));
     EXPECT_EQ (loaded->width.get(), 10);
@@ -342,7 +331,7 @@ TEST (ObjectExportTest, CloneObjectRemapsIdentifiers)
 {
     juce::String log;
     ToStringExecutionContext context (log);
-    auto shape = create<Rectangle>();
+    auto shape = createOwned<Rectangle>();
     shape->setUniqueIdentifier (UniqueIdentifier (0x0f));
     shape->height.set (12);
     StateCloner cloner (UniqueIdentifier (0xf0));
@@ -353,4 +342,12 @@ TEST (ObjectExportTest, CloneObjectRemapsIdentifiers)
     EXPECT_EQ (static_cast<Rectangle*> (copy)->height.get(), 12);
     copy->deleteThis();
     EXPECT_TRUE (log.isEmpty());
+}
+
+TEST (ObjectExportTest, StackObjectSavesItsVariables)
+{
+    Shape shape;
+    EXPECT_EQ (shape.getClassWithoutLookUp(), nullptr);
+    shape.width.set (4, false);
+    EXPECT_EQ (shape.makeState (false, false)->toShortString(), "{title = \"\", width = 4}");
 }

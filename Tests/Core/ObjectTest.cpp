@@ -6,22 +6,6 @@
 using namespace tov;
 using namespace tov::test;
 
-namespace
-{
-template <class T>
-T* create (Object* parent = nullptr)
-{
-    return static_cast<T*> (T::getStaticClass().createObject (parent));
-}
-
-struct ObjectDeleter
-{
-    void operator() (Object* object) const { object->deleteThis(); }
-};
-
-template <class T>
-using Owned = std::unique_ptr<T, ObjectDeleter>;
-}
 
 TEST (ObjectTest, ConstructedObjectIsStaticallyAllocated)
 {

@@ -142,6 +142,18 @@ TEST (StateBinaryTest, TemplateAndParameterExpressions)
     EXPECT_EQ (roundTrip (node)->getClassExpressionValue(), parameter);
 }
 
+TEST (StateBinaryTest, ExpressionsWithoutTheirPartsReadAsNull)
+{
+    juce::String error;
+    // A class value: a template without arguments, then a parameter without base expression.
+    auto noArguments = fromBytes ({ 0x01, 0x01, 0x02, 0x00, 0x01, 0x02, 'B', 'o', 'x', 0, 0x00, 0x00 }, error);
+    EXPECT_EQ (noArguments->getType(), StateType::classExpressionType);
+    EXPECT_EQ (noArguments->getClassExpressionValue(), nullptr);
+    auto noBase = fromBytes ({ 0x01, 0x01, 0x02, 0x00, 0x01, 0x03, 'k', 'e', 'y', 0, 0x00, 0x00 }, error);
+    EXPECT_EQ (noBase->getClassExpressionValue(), nullptr);
+    EXPECT_EQ (noBase->toShortString(), "<noclass>");
+}
+
 TEST (StateBinaryTest, TruncationErrors)
 {
     const State five ((int64_t) 5);

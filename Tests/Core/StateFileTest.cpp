@@ -9,6 +9,7 @@
 
 using namespace tov;
 using tov::testing::RandomTreeGenerator;
+using tov::testing::forEachNode;
 using tov::testing::RecordingExecutionContext;
 
 namespace
@@ -34,15 +35,7 @@ std::shared_ptr<State> parseText (const char* text)
 std::shared_ptr<State> expectedFromBinary (const State& tree)
 {
     auto expected = tree.clone (UniqueIdentifier());
-    std::function<void (State&)> normalise = [&] (State& node)
-    {
-        node.setVersionNumber ((uint64_t) (int64_t) (int16_t) (node.getVersionNumber() & 0xffff));
-        if (node.getType() == StateType::ownedPointerType)
-            normalise (*node.getOwnedPointer());
-        for (size_t i = 0; i < node.getNumVariables(); ++i)
-            normalise (node.getVariableStateRef (i));
-    };
-    normalise (*expected);
+    forEachNode (*expected, [] (State& node) { node.setVersionNumber ((uint64_t) (int64_t) (int16_t) (node.getVersionNumber() & 0xffff)); });
     return expected;
 }
 
@@ -50,16 +43,11 @@ std::shared_ptr<State> expectedFromBinary (const State& tree)
 std::shared_ptr<State> expectedFromFile (const State& tree)
 {
     auto expected = tree.clone (UniqueIdentifier());
-    std::function<void (State&)> normalise = [&] (State& node)
+    forEachNode (*expected, [] (State& node)
     {
         if (node.getType() == StateType::nativePointerType)
             node.setVoid();
-        else if (node.getType() == StateType::ownedPointerType)
-            normalise (*node.getOwnedPointer());
-        for (size_t i = 0; i < node.getNumVariables(); ++i)
-            normalise (node.getVariableStateRef (i));
-    };
-    normalise (*expected);
+    });
     return expected;
 }
 }
@@ -194,22 +182,17 @@ TEST (StateFileTest, KilledSaveLeavesTheOldOrTheNewDocument)
     ScratchDirectory scratch;
     const auto file = scratch / "large.txt";
     RandomTreeGenerator generator (7);
-    std::function<void (State&)> dropBuffers = [&] (State& node)
-    {
-        if (node.getType() == StateType::bufferType)
-            node.setVoid();
-        else if (node.getType() == StateType::ownedPointerType)
-            dropBuffers (*node.getOwnedPointer());
-        for (size_t i = 0; i < node.getNumVariables(); ++i)
-            dropBuffers (node.getVariableStateRef (i));
-    };
     std::shared_ptr<State> documents[2];
     for (auto& document : documents)
     {
         document = std::make_shared<State>();
         for (int i = 0; i < 400; ++i)
             document->addVariable ("part", generator.makeTree (4));
-        dropBuffers (*document);
+        forEachNode (*document, [] (State& node)
+        {
+            if (node.getType() == StateType::bufferType)
+                node.setVoid();
+        });
     }
     RecordingExecutionContext context;
     ASSERT_TRUE (documents[0]->saveToFile (context, file));

@@ -170,4 +170,15 @@ private:
     }
 };
 
+/** Calls visit on every node of the tree, owned pointer targets and variables included. */
+template <class Visitor>
+void forEachNode (State& node, Visitor&& visit)
+{
+    visit (node);
+    if (node.getType() == StateType::ownedPointerType && node.getOwnedPointer() != nullptr)
+        forEachNode (*node.getOwnedPointer(), visit);
+    for (size_t i = 0; i < node.getNumVariables(); ++i)
+        forEachNode (node.getVariableStateRef (i), visit);
+}
+
 } // namespace tov::testing

@@ -97,6 +97,28 @@ public:
     virtual double getArea() const = 0;
 };
 
+/** Heap objects of tests go through deleteThis, as their owners would. */
+struct ObjectDeleter
+{
+    void operator() (Object* object) const { object->deleteThis(); }
+};
+
+template <class T>
+using Owned = std::unique_ptr<T, ObjectDeleter>;
+
+/** A new object of T's class, as Class::createObject makes it. */
+template <class T>
+T* create (Object* parent = nullptr)
+{
+    return static_cast<T*> (T::getStaticClass().createObject (parent));
+}
+
+template <class T>
+Owned<T> createOwned (Object* parent = nullptr)
+{
+    return Owned<T> (create<T> (parent));
+}
+
 /** A library named "Tests" holding the classes above. */
 Library* createTestLibrary();
 

@@ -46,7 +46,7 @@ public:
     /** The optional form: a present flag, then type, identifier, inner expression and arguments. */
     static bool toBinary (const ClassExpression* expression, juce::OutputStream& output);
     bool toBinary (juce::OutputStream& output) const                    { return toBinary (this, output); }
-    /** Reads and interns an expression; a template without arguments reads as null. */
+    /** Reads and interns an expression; a template without arguments or a parameter without base reads as null. */
     static bool loadFromBinary (juce::InputStream& input, const ClassExpression*& expression, juce::String& error);
 
     /** Null equals only null; otherwise type, identifier, parameter expression and arguments must agree. */

@@ -431,9 +431,11 @@ void Object::convertToObject (Object& target) const
 //==============================================================================
 void Object::save (ObjectExporter& exporter) const
 {
-    if (objectClass == nullptr)
+    // An object that has not asked for its class yet (a stack object, say) finds it now.
+    auto* ownClass = getClass();
+    if (ownClass == nullptr)
         return;
-    exporter.setVersionNumber (objectClass->getVersion());
+    exporter.setVersionNumber (ownClass->getVersion());
     const size_t count = getNumVariables();
     for (size_t i = 0; i < count; ++i)
     {

@@ -43,6 +43,12 @@ bool ObjectImporter::load (Object& object)
         }
     }
 
+    return loadWithConstraintsSuspended (object);
+}
+
+// Constraints run once the whole object is in, not after every variable.
+bool ObjectImporter::loadWithConstraintsSuspended (Object& object)
+{
     const bool wasApplying = object.isApplyingVariableConstraints();
     if (! wasApplying)
         object.startApplyingVariableConstraints();
@@ -62,44 +68,23 @@ bool ObjectImporter::checkType (StateType type)
 }
 
 //==============================================================================
-bool ObjectImporter::readBoolean (bool& value)
+// Every read checks the type first, reporting a mismatch, then copies the value.
+template <class Reader>
+bool ObjectImporter::readTyped (StateType type, Reader&& read)
 {
-    if (! checkType (StateType::booleanType))
+    if (! checkType (type))
         return false;
-    value = getCurrentState()->getBoolean();
+    read (*getCurrentState());
     return true;
 }
 
-bool ObjectImporter::readInteger (int64_t& value)
-{
-    if (! checkType (StateType::integerType))
-        return false;
-    value = getCurrentState()->getInteger();
-    return true;
-}
-
-bool ObjectImporter::readReal (double& value)
-{
-    if (! checkType (StateType::realType))
-        return false;
-    value = getCurrentState()->getReal();
-    return true;
-}
-
-bool ObjectImporter::readString (juce::String& value)
-{
-    if (! checkType (StateType::stringType))
-        return false;
-    value = getCurrentState()->getString();
-    return true;
-}
-
+bool ObjectImporter::readBoolean (bool& value)            { return readTyped (StateType::booleanType, [&] (const State& s) { value = s.getBoolean(); }); }
+bool ObjectImporter::readInteger (int64_t& value)         { return readTyped (StateType::integerType, [&] (const State& s) { value = s.getInteger(); }); }
+bool ObjectImporter::readReal (double& value)             { return readTyped (StateType::realType, [&] (const State& s) { value = s.getReal(); }); }
+bool ObjectImporter::readString (juce::String& value)     { return readTyped (StateType::stringType, [&] (const State& s) { value = s.getString(); }); }
 bool ObjectImporter::readUniqueIdentifier (UniqueIdentifier& value)
 {
-    if (! checkType (StateType::weakPointerType))
-        return false;
-    value = getCurrentState()->getUniqueIdentifierValue();
-    return true;
+    return readTyped (StateType::weakPointerType, [&] (const State& s) { value = s.getUniqueIdentifierValue(); });
 }
 
 Class* ObjectImporter::readClass()
@@ -151,15 +136,7 @@ bool ObjectImporter::readBuffer (RawBuffer& out, bool& changed)
 bool ObjectImporter::readVariable (juce::StringRef name, Object& object)
 {
     Scope scope (*this, name);
-    if (! scope.isOpen())
-        return false;
-    const bool wasApplying = object.isApplyingVariableConstraints();
-    if (! wasApplying)
-        object.startApplyingVariableConstraints();
-    const bool result = object.load (*this);
-    if (! wasApplying)
-        object.finishApplyingVariableConstraints();
-    return result;
+    return scope.isOpen() && loadWithConstraintsSuspended (object);
 }
 
 //==============================================================================

@@ -96,6 +96,8 @@ private:
     std::unique_ptr<std::map<UniqueIdentifier, Object*>> createdObjects;
 
     Object* findObject (Object* parent, UniqueIdentifier identifier);
+    bool loadWithConstraintsSuspended (Object& object);
+    template <class Reader> bool readTyped (StateType type, Reader&& read);
     Object* createPendingObject (Object* parent, UniqueIdentifier identifier, Class* expectedClass);
 };
 

@@ -314,7 +314,7 @@ public:
         switch (type)
         {
             case ClassExpression::atomic:              expression = getAtomicExpression (identifier); return true;
-            case ClassExpression::classParameter:      expression = createClassParameterExpression (inner, identifier); return true;
+            case ClassExpression::classParameter:      expression = inner != nullptr ? createClassParameterExpression (inner, identifier) : nullptr; return true;
             case ClassExpression::templateApplication: expression = arguments != nullptr ? createTemplateClassExpression (identifier, arguments) : nullptr; return true;
             default:                                   return fail (error, "Unexpected type of class expression");
         }

@@ -1,0 +1,72 @@
+#include "ClassObject.h"
+#include "../Core/ClassRegistry.h"
+#include "../Core/ObjectExporter.h"
+#include "../Core/ObjectImporter.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (ClassObject)
+TOV_END_CLASS()
+
+void ClassObject::set (Class* newValue, bool notify)
+{
+    if (newValue == value)
+        return;
+    value = newValue;
+    if (notify)
+        changed();
+}
+
+bool ClassObject::equalsSameClass (const Object& other) const
+{
+    return value == static_cast<const ClassObject&> (other).value;
+}
+
+void ClassObject::copyTo (Object& target) const
+{
+    copyClassTo (target);
+    if (auto* classObject = dynamic_cast<ClassObject*> (&target))
+        classObject->value = value;
+}
+
+juce::String ClassObject::toString() const
+{
+    return value != nullptr ? value->getName() : juce::String ("< None >");
+}
+
+void ClassObject::save (ObjectExporter& exporter) const
+{
+    // No class leaves the node void, which loads back as none.
+    if (value != nullptr)
+        exporter.writeClass (value);
+}
+
+bool ClassObject::load (ObjectImporter& importer)
+{
+    switch (importer.getCurrentType())
+    {
+        case StateType::voidType:
+            set (nullptr);
+            return true;
+
+        case StateType::stringType:
+        {
+            // A name that no class has gives none, as an empty one does.
+            const juce::String name = importer.getCurrentState()->getString();
+            set (name.isNotEmpty() ? tov::getClass (name) : nullptr);
+            return true;
+        }
+
+        default:
+        {
+            Class* loaded = importer.readClass();
+            if (loaded == nullptr && importer.getCurrentType() != StateType::classExpressionType)
+                return false;
+            set (loaded);
+            return true;
+        }
+    }
+}
+
+} // namespace tov

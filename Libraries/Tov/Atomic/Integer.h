@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Number.h"
+
+namespace tov
+{
+
+/** A signed 64-bit integer, saved as an integer State. */
+class Integer : public Number
+{
+public:
+    TOV_DECLARE_CLASS (Integer, Number)
+
+    static constexpr int64_t minimumValue = std::numeric_limits<int64_t>::min();
+    static constexpr int64_t maximumValue = std::numeric_limits<int64_t>::max();
+
+    explicit Integer (int64_t value = 0) : value (value) {}
+
+    int64_t get() const noexcept                     { return value; }
+    /** Stores and, with notify, calls changed(); nothing happens when the value is the same. */
+    virtual void set (int64_t newValue, bool notify = true);
+    void reset (bool notify = true)                  { set (0, notify); }
+    void increment (int64_t amount = 1, bool notify = true)  { set (value + amount, notify); }
+    void decrement (int64_t amount = 1, bool notify = true)  { set (value - amount, notify); }
+
+    //==============================================================================
+    double getNumber() const override                { return (double) value; }
+    /** Rounds half away from zero and sets with notification. */
+    void setNumber (double number) override;
+    double getMinimumValue() const override;
+    double getMaximumValue() const override;
+    double getMinimalStep() const override           { return 1.0; }
+    double getSmallStep() const override             { return 1.0; }
+    double getMarkerStep (double scale, double& ratio) const override;
+    double makeNumberValid (double number) const override;
+    bool parseNumber (const juce::String& text, juce::String& error, const MemberSignature* signature = nullptr) override;
+
+    bool equalsSameClass (const Object& other) const override;
+    void copyTo (Object& target) const override;
+    juce::String toString() const override           { return juce::String (value); }
+    void save (ObjectExporter& exporter) const override;
+    bool load (ObjectImporter& importer) override;
+
+protected:
+    /** Decimal digits with signs, "+oo" and "-oo"; a fraction is cut off with a note in error. */
+    static bool parseIntegerText (juce::String text, int64_t& result, juce::String& error, const juce::String& className);
+    /** A signed attribute whose default stands for the infinity on that side. */
+    double getLimitAttribute (juce::StringRef name, int64_t unlimited, double infinity) const;
+
+    int64_t value = 0;
+};
+
+} // namespace tov

@@ -1,0 +1,61 @@
+#include "Uuid.h"
+#include "../Core/ObjectExporter.h"
+#include "../Core/ObjectImporter.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (Uuid, { "friendlyName", "\"Universal Unique Identifier\"" })
+TOV_END_CLASS()
+
+void Uuid::set (const juce::Uuid& newValue, bool notify)
+{
+    if (newValue == value)
+        return;
+    value = newValue;
+    if (notify)
+        changed();
+}
+
+bool Uuid::isValidUuidDashedString (const juce::String& text)
+{
+    if (text.length() != 36)
+        return false;
+    int index = 0;
+    for (auto p = text.getCharPointer(); ! p.isEmpty(); ++index)
+    {
+        const juce::juce_wchar c = p.getAndAdvance();
+        const bool isDashPosition = index == 8 || index == 13 || index == 18 || index == 23;
+        if (isDashPosition ? c != '-' : juce::CharacterFunctions::getHexDigitValue (c) < 0)
+            return false;
+    }
+    return true;
+}
+
+bool Uuid::equalsSameClass (const Object& other) const
+{
+    return value == static_cast<const Uuid&> (other).value;
+}
+
+void Uuid::copyTo (Object& target) const
+{
+    copyClassTo (target);
+    if (auto* uuid = dynamic_cast<Uuid*> (&target))
+        uuid->value = value;
+}
+
+void Uuid::save (ObjectExporter& exporter) const
+{
+    exporter.writeString (toString());
+}
+
+bool Uuid::load (ObjectImporter& importer)
+{
+    juce::String text;
+    if (! importer.readString (text) || ! isValidUuidDashedString (text))
+        return false;
+    set (juce::Uuid (text));
+    return true;
+}
+
+} // namespace tov

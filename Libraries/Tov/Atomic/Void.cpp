@@ -1,0 +1,9 @@
+#include "Void.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (Void)
+TOV_END_CLASS()
+
+} // namespace tov

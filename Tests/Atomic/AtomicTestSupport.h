@@ -1,0 +1,73 @@
+#pragma once
+
+#include <Tov/Atomic/Atomic.h>
+#include <Tov/Core/ClassRegistry.h>
+#include <Tov/Core/StateObjectExporter.h>
+#include <Tov/Standard/ExecutionContext.h>
+#include <gtest/gtest.h>
+#include <memory>
+
+// Helpers of the tests of the value classes.
+namespace tov::test
+{
+
+struct ObjectDeleter
+{
+    void operator() (Object* object) const { if (object != nullptr) object->deleteThis(); }
+};
+
+template <class T>
+using ObjectPtr = std::unique_ptr<T, ObjectDeleter>;
+
+/** A new heap object of T's class, with its members at their defaults. */
+template <class T>
+ObjectPtr<T> create()
+{
+    return ObjectPtr<T> (static_cast<T*> (T::getStaticClass().createObject (nullptr)));
+}
+
+/** What a load reported, each message on a line of its own as "Error: ..." or "Warning: ...". */
+struct LoadOutcome
+{
+    bool result = false;
+    juce::String messages;
+};
+
+inline LoadOutcome loadFromState (Object& object, const std::shared_ptr<State>& state)
+{
+    LoadOutcome outcome;
+    ToStringExecutionContext context (outcome.messages);
+    outcome.result = object.loadFromState (context, state);
+    return outcome;
+}
+
+/** Loads the state that the exporter makes of source, with these flags, into target. */
+inline LoadOutcome saveAndLoad (const Object& source, Object& target, uint32_t flags = 0)
+{
+    return loadFromState (target, StateObjectExporter::make (source, flags, false));
+}
+
+/** The outcome of Number::parseNumber on a number. */
+struct ParseOutcome
+{
+    bool result = false;
+    juce::String error;
+};
+
+inline ParseOutcome parse (Number& number, const juce::String& text)
+{
+    ParseOutcome outcome;
+    outcome.result = number.parseNumber (text, outcome.error);
+    return outcome;
+}
+
+/** Counts the changed() calls that reach an object. */
+class ChangeCounter : public View
+{
+public:
+    explicit ChangeCounter (Object& object)   { attachObject (&object); }
+    void changedCallback (Object*, Object*) override { ++count; }
+    int count = 0;
+};
+
+} // namespace tov::test
