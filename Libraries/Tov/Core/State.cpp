@@ -61,7 +61,7 @@ void State::setType (StateType newType)
     type = newType;
     switch (newType)
     {
-        case StateType::stringType:       payload.string = new juce::String(); break;
+        case StateType::stringType:       new (payload.string) juce::String(); break;
         case StateType::ownedPointerType: payload.ownedPointer = new std::shared_ptr<State>(); break;
         case StateType::variablesType:    payload.variables = new Variables(); break;
         case StateType::bufferType:       payload.buffer = new RawBuffer(); break;
@@ -73,7 +73,7 @@ void State::clearValue()
 {
     switch (type)
     {
-        case StateType::stringType:       delete payload.string; break;
+        case StateType::stringType:       getStringPayload().~String(); break;
         case StateType::ownedPointerType: delete payload.ownedPointer; break;
         case StateType::variablesType:    delete payload.variables; break;
         case StateType::bufferType:       delete payload.buffer; break;
@@ -87,7 +87,8 @@ void State::clearValue()
 void State::setBoolean (bool value)                          { setType (StateType::booleanType); payload.word = value ? 1 : 0; }
 void State::setInteger (int64_t value)                       { setType (StateType::integerType); payload.integer = value; }
 void State::setReal (double value)                           { setType (StateType::realType); payload.real = value; }
-void State::setString (const juce::String& value)            { setType (StateType::stringType); *payload.string = value; }
+void State::setString (const juce::String& value)            { setType (StateType::stringType); getStringPayload() = value; }
+void State::setString (juce::String&& value)                 { setType (StateType::stringType); getStringPayload() = std::move (value); }
 void State::setUniqueIdentifierValue (UniqueIdentifier value) { setType (StateType::weakPointerType); payload.word = value.getInt64(); }
 void State::setOwnedPointer (const std::shared_ptr<State>& target) { setType (StateType::ownedPointerType); *payload.ownedPointer = target; }
 void State::setNativePointer (const Object* object)          { setType (StateType::nativePointerType); payload.nativePointer = object; }
@@ -283,7 +284,7 @@ State::Payload State::copyPayload() const
     Payload copy { payload.word };
     switch (type)
     {
-        case StateType::stringType:       copy.string = new juce::String (*payload.string); break;
+        case StateType::stringType:       new (copy.string) juce::String (getString()); break;
         case StateType::ownedPointerType: copy.ownedPointer = new std::shared_ptr<State> (*payload.ownedPointer); break;
         case StateType::variablesType:    copy.variables = new Variables (*payload.variables); break;
         case StateType::bufferType:       copy.buffer = new RawBuffer (*payload.buffer); break;
@@ -309,7 +310,7 @@ bool State::equals (const State& other) const
 
     switch (type)
     {
-        case StateType::stringType:       return *payload.string == *other.payload.string;
+        case StateType::stringType:       return getString() == other.getString();
         case StateType::ownedPointerType: return equals (*payload.ownedPointer, *other.payload.ownedPointer);
         case StateType::bufferType:       return *payload.buffer == *other.payload.buffer;
         case StateType::variablesType:
@@ -340,7 +341,7 @@ void State::hash (StateHasher& hasher, const State* excluded) const
         case StateType::booleanType:         hasher.pushBoolean (getBoolean()); break;
         case StateType::integerType:         hasher.pushInteger (payload.integer); break;
         case StateType::realType:            hasher.pushReal (payload.real); break;
-        case StateType::stringType:          hasher.pushString (*payload.string); break;
+        case StateType::stringType:          hasher.pushString (getString()); break;
         case StateType::weakPointerType:     hasher.pushUniqueIdentifier (getUniqueIdentifierValue()); break;
         case StateType::classExpressionType: hasher.pushPointer (payload.classExpression); break;
         case StateType::nativePointerType:   hasher.pushPointer (payload.nativePointer); break;
@@ -414,7 +415,7 @@ juce::String State::toShortString (uint64_t maxDepth) const
         case StateType::booleanType:         return getBoolean() ? "true" : "false";
         case StateType::integerType:         return juce::String ((juce::int64) payload.integer);
         case StateType::realType:            return realToShortString (payload.real);
-        case StateType::stringType:          return quoteString (*payload.string);
+        case StateType::stringType:          return quoteString (getString());
         case StateType::weakPointerType:     return juce::String (weakPointerToken) + " " + getUniqueIdentifierValue().to64BitsHexadecimalString();
         case StateType::classExpressionType: return payload.classExpression != nullptr ? payload.classExpression->toString() : "<noclass>";
         case StateType::nativePointerType:   return "0x" + juce::String::toHexString ((juce::pointer_sized_uint) payload.nativePointer);

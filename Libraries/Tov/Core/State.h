@@ -5,6 +5,7 @@
 #include "StateMap.h"
 #include "StateHasher.h"
 #include <juce_core/juce_core.h>
+#include <new>
 #include <memory>
 #include <vector>
 #include <utility>
@@ -105,6 +106,7 @@ public:
     void setInteger (int64_t value);
     void setReal (double value);
     void setString (const juce::String& value);
+    void setString (juce::String&& value);
     void setUniqueIdentifierValue (UniqueIdentifier value);
     void setOwnedPointer (const std::shared_ptr<State>& target);
     void setClassExpressionValue (const ClassExpression* expression);
@@ -116,7 +118,7 @@ public:
     bool getBoolean() const noexcept                            { return payload.word != 0; }
     int64_t getInteger() const noexcept                         { return payload.integer; }
     double getReal() const noexcept                             { return payload.real; }
-    const juce::String& getString() const noexcept              { return *payload.string; }
+    const juce::String& getString() const noexcept              { return *std::launder (reinterpret_cast<const juce::String*> (payload.string)); }
     UniqueIdentifier getUniqueIdentifierValue() const noexcept  { return UniqueIdentifier (payload.word); }
     std::shared_ptr<State> getOwnedPointer() const              { return *payload.ownedPointer; }
     const ClassExpression* getClassExpressionValue() const noexcept { return payload.classExpression; }
@@ -263,7 +265,7 @@ private:
         uint64_t word;
         int64_t integer;
         double real;
-        juce::String* string;
+        alignas (juce::String) unsigned char string[sizeof (juce::String)]; // a juce::String in place; see getStringPayload
         std::shared_ptr<State>* ownedPointer;
         Variables* variables;
         const ClassExpression* classExpression;
@@ -273,6 +275,12 @@ private:
 
     void setType (StateType newType);
     Payload copyPayload() const;
+
+    // A string lives in the payload itself, saving an allocation per string
+    // node. juce::String is one pointer to shared text, so the payload may be
+    // copied bitwise as long as exactly one copy is destroyed.
+    static_assert (sizeof (juce::String) == sizeof (uint64_t), "a juce::String must fit in the payload");
+    juce::String& getStringPayload() noexcept                   { return *std::launder (reinterpret_cast<juce::String*> (payload.string)); }
 
     friend class StateCloner;
     friend class StateParser;

@@ -52,7 +52,7 @@ std::shared_ptr<State> StateCloner::cloneRecursively (const State& node) const
             copy.payload.word = cloneUniqueIdentifier (node.getUniqueIdentifierValue()).getInt64();
             break;
         case StateType::stringType:
-            *copy.payload.string = *node.payload.string;
+            copy.getStringPayload() = node.getString();
             break;
         case StateType::ownedPointerType:
             if (auto& target = *node.payload.ownedPointer)

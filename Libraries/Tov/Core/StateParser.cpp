@@ -11,6 +11,9 @@
 #include <limits>
 #include <locale.h>
 #include <string>
+#if defined (__SSE2__)
+ #include <emmintrin.h>
+#endif
 
 namespace tov
 {
@@ -33,9 +36,11 @@ namespace
     // tab, "=", ":" and the brackets do not end them.
     constexpr SeparatorTable separatorTables[] = { SeparatorTable (" ,{}():=\t\r\n}]["), SeparatorTable (" ,{\r\n}") };
 
+    // Tab, line feed, carriage return and space, as bits of one word.
     bool isWhiteSpace (char byte) noexcept
     {
-        return byte == 9 || byte == 10 || byte == 13 || byte == 32;
+        constexpr uint64_t whiteSpaceBits = (1ull << 9) | (1ull << 10) | (1ull << 13) | (1ull << 32);
+        return (uint8_t) byte <= 32 && ((whiteSpaceBits >> (uint8_t) byte) & 1) != 0;
     }
 
     bool isDecimalDigit (char byte) noexcept
@@ -317,19 +322,35 @@ inline size_t StateParser::skipWhiteSpaceFrom (size_t start) const noexcept
 }
 
 // Rules that fail give their position back, so the same white space is often
-// skipped several times: the last skip is kept. Indentation goes eight blanks
-// at a time.
+// skipped several times: the last skip is kept. Indentation is passed sixteen
+// blanks at a time where the processor compares them at once.
 size_t StateParser::skipWhiteSpaceRun (size_t start) const noexcept
 {
     if (start == lastSkip.from)
         return lastSkip.to;
-    size_t end = start + 1;
-    while (length - end >= sizeof (uint64_t) && juce::readUnaligned<uint64_t> (text + end) == 0x2020202020202020ull)
-        end += sizeof (uint64_t);
+    size_t end = skipBlanks (start + 1);
     while (end < length && isWhiteSpace (text[end]))
-        ++end;
+        end = skipBlanks (end + 1);
     lastSkip = { start, end };
     return end;
+}
+
+size_t StateParser::skipBlanks (size_t from) const noexcept
+{
+   #if defined (__SSE2__)
+    const __m128i blanks = _mm_set1_epi8 (' ');
+    for (; length - from >= 16; from += 16)
+    {
+        const auto equal = (unsigned) _mm_movemask_epi8 (_mm_cmpeq_epi8 (_mm_loadu_si128 ((const __m128i*) (text + from)), blanks));
+        if (equal != 0xffff)
+            return from + (size_t) __builtin_ctz (~equal);
+    }
+   #endif
+    while (length - from >= sizeof (uint64_t) && juce::readUnaligned<uint64_t> (text + from) == 0x2020202020202020ull)
+        from += sizeof (uint64_t);
+    while (from < length && text[from] == ' ')
+        ++from;
+    return from;
 }
 
 // Literals are a byte or two long, and the text holds no zero byte.
@@ -490,12 +511,23 @@ private:
         if (++depth > maximumDepth)
             return nullptr;
         auto state = std::make_shared<State>();
-        if (! readClassPrefix (*state) || ! readIdentifier (*state) || ! readVersion (*state) || ! readValue (*state))
-            return nullptr;
         position = parser.skipWhiteSpaceFrom (position);
+        if (! readPrefixes (*state) || ! readValue (*state))
+            return nullptr;
         --depth;
         return state;
     }
+
+    // From here on every token leaves the position after the white space that
+    // follows it, so that a byte tells what comes next.
+    bool readPrefixes (State& state)
+    {
+        return (! isAt ('\'') || readClassPrefix (state))
+            && (! (isAt ('@') || isAt ('n')) || readIdentifier (state))
+            && (! isAt ('#') || readVersion (state));
+    }
+
+    bool isAt (char byte) const noexcept { return position < length && text[position] == byte; }
 
     // An atomic name: one followed by "(" or ":" is left to the rules.
     bool readClassPrefix (State& state)
@@ -558,7 +590,7 @@ private:
 
     bool readValue (State& state)
     {
-        const size_t start = parser.skipWhiteSpaceFrom (position);
+        const size_t start = position;
         if (start >= length)
             return false;
         switch (text[start])
@@ -574,11 +606,13 @@ private:
         Token token;
         if (! parser.scanQuotedString (start, token, position))
             return false;
-        state.setString (token.toString());
+        state.setString (parser.getStringValue (token));
         return true;
     }
 
-    // Void, booleans, integers and reals, in the rules' order: the token must be one of them whole.
+    // Void, booleans, integers and reals, in the rules' order: the token must be
+    // one of them whole. A token that begins with a digit or "-" can only be a
+    // number, and one of digits alone is an integer.
     bool readWord (State& state, size_t start)
     {
         Token token;
@@ -586,20 +620,41 @@ private:
         if (! readWordToken (start, token, next))
             return false;
 
-        bool boolean;
+        if (token.length > 0 && (isDecimalDigit (token.start[0]) || token.start[0] == '-'))
+        {
+            if (! readNumber (state, token))
+                return false;
+        }
+        else if (! readOtherWord (state, token))
+        {
+            return false;
+        }
+        position = next;
+        return true;
+    }
+
+    static bool readNumber (State& state, const Token& token)
+    {
         int64_t integer;
         double real;
-        if (token == "void")
-            state.setVoid();
-        else if (readBooleanToken (token.start, token.length, boolean))
-            state.setBoolean (boolean);
-        else if (readIntegerToken (token.start, token.length, integer))
+        if (readIntegerToken (token.start, token.length, integer))
             state.setInteger (integer);
         else if (readRealToken (token.start, token.length, real))
             state.setReal (real);
         else
             return false;
-        position = next;
+        return true;
+    }
+
+    static bool readOtherWord (State& state, const Token& token)
+    {
+        bool boolean;
+        if (token == "void")
+            state.setVoid();
+        else if (readBooleanToken (token.start, token.length, boolean))
+            state.setBoolean (boolean);
+        else
+            return readNumber (state, token);
         return true;
     }
 
@@ -622,7 +677,7 @@ private:
         position = parser.skipWhiteSpaceFrom (position);
         if (position >= length || text[position] != '}')
             return false;
-        ++position;
+        position = parser.skipWhiteSpaceFrom (position + 1);
         variables.moveTo (state);
         return true;
     }
@@ -650,6 +705,11 @@ private:
 juce::String StateParser::getName (const Token& token)
 {
     return names.get (token.start, token.length, [&] { return token.toString(); });
+}
+
+juce::String StateParser::getStringValue (const Token& token)
+{
+    return shortStrings.get (token.start, token.length, [&] { return token.toString(); });
 }
 
 const ClassExpression* StateParser::getAtomicExpression (const Token& name)
@@ -896,7 +956,7 @@ bool StateParser::parseString (State& state)
     Token token;
     if (! readQuotedString (token))
         return false;
-    state.setString (token.toString());
+    state.setString (getStringValue (token));
     return rule.succeed();
 }
 

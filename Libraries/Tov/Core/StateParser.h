@@ -131,6 +131,7 @@ private:
     // when it is complete, so that its vector is allocated once.
     std::vector<std::pair<juce::String, std::shared_ptr<State>>> pendingVariables;
     ConversionCache<juce::String> names;
+    ConversionCache<juce::String> shortStrings; // values recur as names do: tags, states, choices
     ConversionCache<const ClassExpression*> atomicExpressions;
 
     /** What parsing a nested state at a position gave: the node or null, where
@@ -150,6 +151,7 @@ private:
     bool isPastEnd() const noexcept { return position > length; }
     size_t skipWhiteSpaceFrom (size_t start) const noexcept;
     size_t skipWhiteSpaceRun (size_t start) const noexcept;
+    size_t skipBlanks (size_t from) const noexcept;
     void skipWhiteSpace() noexcept { position = skipWhiteSpaceFrom (position); }
     bool matchLiteral (const char* literal);
     bool readToken (Separators separators, Token& token);
@@ -183,6 +185,7 @@ private:
     const ClassExpression* parseAtomicForm();
 
     juce::String getName (const Token& token);
+    juce::String getStringValue (const Token& token);
     const ClassExpression* getAtomicExpression (const Token& name);
     void readBufferBytes (State& state, uint64_t offset, uint64_t size);
     void notifyParsed (State& state);
