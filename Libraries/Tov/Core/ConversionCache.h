@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tov
@@ -30,8 +31,15 @@ public:
     {
         if (size > maximumKeySize)
             return convert();
+        return get (bytes, size, hashBytes (bytes, size), std::forward<Convert> (convert));
+    }
 
-        const uint32_t hash = hashBytes (bytes, size);
+    /** The same, for a reader that hashed the bytes as it scanned them, with startHash and hashByte. */
+    template <class Convert>
+    Value get (const char* bytes, size_t size, uint32_t hash, Convert&& convert)
+    {
+        if (size > maximumKeySize)
+            return convert();
         if (slots.empty())
             slots.resize (initialNumSlots);
         size_t index = findSlot (hash, bytes, size);
@@ -53,6 +61,10 @@ public:
         return value;
     }
 
+    // FNV-1a: keys are short, and a multiplication per byte is all they need.
+    static constexpr uint32_t startHash = 2166136261u;
+    static constexpr uint32_t hashByte (uint32_t hash, char byte) noexcept { return (hash ^ (uint8_t) byte) * 16777619u; }
+
 private:
     static constexpr size_t maximumKeySize = 64;
     static constexpr size_t maximumNumValues = 4096;
@@ -73,12 +85,11 @@ private:
     std::string keys;
     size_t numValues = 0;
 
-    // FNV-1a: keys are short, and a multiplication per byte is all they need.
     static uint32_t hashBytes (const char* bytes, size_t size) noexcept
     {
-        uint32_t hash = 2166136261u;
+        uint32_t hash = startHash;
         for (size_t i = 0; i < size; ++i)
-            hash = (hash ^ (uint8_t) bytes[i]) * 16777619u;
+            hash = hashByte (hash, bytes[i]);
         return hash;
     }
 

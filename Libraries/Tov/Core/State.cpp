@@ -57,7 +57,10 @@ void State::setType (StateType newType)
     if (type == newType)
         return;
 
-    clearValue();
+    if (type == StateType::voidType)
+        classOfValue = nullptr; // nothing else to clear: the common case of a new node
+    else
+        clearValue();
     type = newType;
     switch (newType)
     {

@@ -685,26 +685,43 @@ private:
     bool readVariable (PendingVariables& variables)
     {
         juce::String name;
-        Token token;
-        size_t next;
-        if (readWordToken (parser.skipWhiteSpaceFrom (position), token, next) && isNameToken (token.start, token.length)
-            && next < length && text[next] == '=')
-        {
-            name = parser.getName (token);
-            position = next + 1;
-        }
-
+        readName (name);
         auto variable = readState();
         if (variable == nullptr)
             return false;
         variables.add (std::move (name), std::move (variable));
         return true;
     }
+
+    // A token of letters and digits ("_" may come first) then "=", or the
+    // variable has no name. The bytes are hashed for the names' cache as the
+    // token is read.
+    void readName (juce::String& name)
+    {
+        const size_t start = parser.skipWhiteSpaceFrom (position);
+        size_t end = start;
+        auto hash = ConversionCache<juce::String>::startHash;
+        for (; end < length && (isLetterOrDigit (text[end]) || (end == start && text[end] == '_')); ++end)
+            hash = ConversionCache<juce::String>::hashByte (hash, text[end]);
+        if (end == start || end >= length || ! separatorTables[(int) Separators::setA].isSeparator[(uint8_t) text[end]])
+            return;
+
+        const size_t next = parser.skipWhiteSpaceFrom (end);
+        if (next >= length || text[next] != '=')
+            return;
+        name = parser.getName ({ text + start, end - start, false }, hash);
+        position = next + 1;
+    }
 };
 
 juce::String StateParser::getName (const Token& token)
 {
     return names.get (token.start, token.length, [&] { return token.toString(); });
+}
+
+juce::String StateParser::getName (const Token& token, uint32_t hash)
+{
+    return names.get (token.start, token.length, hash, [&] { return token.toString(); });
 }
 
 juce::String StateParser::getStringValue (const Token& token)

@@ -185,6 +185,7 @@ private:
     const ClassExpression* parseAtomicForm();
 
     juce::String getName (const Token& token);
+    juce::String getName (const Token& token, uint32_t hash);
     juce::String getStringValue (const Token& token);
     const ClassExpression* getAtomicExpression (const Token& name);
     void readBufferBytes (State& state, uint64_t offset, uint64_t size);
