@@ -6,9 +6,13 @@
 // with a null mask equals its source and hashes the same, and once a printed
 // text has been read back, printing and reading no longer change it. (The
 // first reading may fail or differ: versions print as 32-bit numbers, reals
-// with 12 decimals, and template arguments without their buffers.) A failed
-// property traps, so the fuzzer reports it like a crash.
+// with 12 decimals, and template arguments without their buffers.) A text
+// without binary stream is also read by the rules alone, as a parser callback
+// makes the parser do: the reader of plain texts must build the same tree and
+// report the same errors. A failed property traps, so the fuzzer reports it
+// like a crash.
 #include <Tov/Core/State.h>
+#include <Tov/Core/StateParserCallback.h>
 #include <Tov/Core/ClassExpression.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <cstddef>
@@ -48,6 +52,31 @@ namespace
     }
 }
 
+namespace
+{
+    struct PassingCallback : public StateParserCallback
+    {
+        bool stateParsed (State&) override { return true; }
+    };
+
+    struct ErrorRecorder : public ExecutionContext
+    {
+        juce::StringArray errors;
+        void error (const juce::String& message, const Object*) override { errors.add (message); }
+    };
+
+    juce::String describeParse (const uint8_t* data, size_t size, bool byTheRules)
+    {
+        ErrorRecorder context;
+        PassingCallback callback;
+        auto state = State::createFromStateStringBuffer (context, data, (uint64_t) size, "fuzz", byTheRules ? &callback : nullptr);
+        juce::MemoryOutputStream description;
+        State::toBinary (state.get(), description);
+        return juce::String::toHexString (description.getData(), (int) description.getDataSize()) + "\n"
+             + context.errors.joinIntoString ("\n");
+    }
+}
+
 // An input with a zero byte is a text and, after the zero, the binary stream
 // that its buffers are read from; any other input is a text alone.
 extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, size_t size)
@@ -63,6 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, size_t size)
     else
     {
         state = State::createFromStateStringBuffer (context, data, (uint64_t) size, "fuzz");
+        check (describeParse (data, size, false) == describeParse (data, size, true));
     }
     if (state != nullptr)
         exerciseTree (*state);

@@ -78,6 +78,12 @@ namespace
         return numCharacters;
     }
 
+    // Only lists and owned pointers lay out nodes below them.
+    bool holdsNodes (const State& state) noexcept
+    {
+        return state.getType() == StateType::variablesType || state.getType() == StateType::ownedPointerType;
+    }
+
     // The tokens of the form are a byte or two long.
     size_t getLength (const char* literal) noexcept
     {
@@ -158,6 +164,8 @@ bool StatePrinter::isCompact (const State& state) const
 {
     if (! compactStack.empty() && compactStack.back())
         return true;
+    if (! holdsNodes (state))
+        return true; // the layout of a leaf is its text alone: not worth measuring
     const uint64_t start = column != 0 ? column : 2 * indentationLevel;
     if (start >= maximumLineLength)
         return false;
@@ -265,9 +273,7 @@ void StatePrinter::emitName (const juce::String& name)
         return;
     }
     emit (name.toRawUTF8(), numBytes, numCharacters);
-    emitLiteral (" ");
-    emitLiteral (State::assignmentToken);
-    emitLiteral (" ");
+    emitLiteral (" = "); // the assignment token between blanks
 }
 
 void StatePrinter::printBuffer (const State& state)
