@@ -153,11 +153,15 @@ namespace
             && ! isWord (start, length, "true") && ! isWord (start, length, "false");
     }
 
-    // Digits around one point, with a "-" perhaps, and at most 15 digits in all,
-    // as most reals are written: the digits and the power of ten are both exact
-    // doubles, so their quotient is the correctly rounded value of the text
-    // (Clinger's fast path).
-    bool readShortDecimal (const char* start, size_t length, double& value) noexcept
+    enum class ShortNumber { none, integer, real };
+
+    // A "-" perhaps, then digits alone, an integer (wrapping as
+    // decimalToUnsigned does), or digits around one point and at most 15
+    // digits in all, as most reals are written: the digits and the power of
+    // ten are both exact doubles, so their quotient is the correctly rounded
+    // value of the text (Clinger's fast path). One pass for both, since the
+    // rules try the integer first and then the real.
+    ShortNumber readShortNumber (const char* start, size_t length, int64_t& integer, double& real) noexcept
     {
         static constexpr double powersOfTen[] = { 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11,
                                                   1e12, 1e13, 1e14, 1e15 };
@@ -177,13 +181,24 @@ namespace
             else if (start[i] == '.' && ! point)
                 point = true;
             else
-                return false;
+                return ShortNumber::none;
         }
-        if (! point || numDigits == 0 || numDigits > maximumDigits)
-            return false;
-        value = (double) digits / powersOfTen[numDecimals];
-        value = negative ? -value : value;
-        return true;
+        if (! point)
+        {
+            integer = (int64_t) (negative ? 0 - digits : digits);
+            return ShortNumber::integer;
+        }
+        if (numDigits == 0 || numDigits > maximumDigits)
+            return ShortNumber::none;
+        real = (double) digits / powersOfTen[numDecimals];
+        real = negative ? -real : real;
+        return ShortNumber::real;
+    }
+
+    bool readShortDecimal (const char* start, size_t length, double& value) noexcept
+    {
+        int64_t integer;
+        return readShortNumber (start, length, integer, value) == ShortNumber::real;
     }
 
     // The C conversion of a decimal floating-point prefix, whatever the
@@ -637,6 +652,12 @@ private:
     {
         int64_t integer;
         double real;
+        switch (readShortNumber (token.start, token.length, integer, real))
+        {
+            case ShortNumber::integer: state.setInteger (integer); return true;
+            case ShortNumber::real:    state.setReal (real); return true;
+            case ShortNumber::none:    break;
+        }
         if (readIntegerToken (token.start, token.length, integer))
             state.setInteger (integer);
         else if (readRealToken (token.start, token.length, real))
