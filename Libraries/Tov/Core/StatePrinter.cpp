@@ -118,6 +118,24 @@ void StatePrinter::emitLiteral (const char* literal)
     emit (literal, numBytes, numBytes);
 }
 
+// Room for the bytes at the end of the pending text, which goes to the stream
+// first when the block would overflow.
+inline char* StatePrinter::reserveText (size_t numBytes)
+{
+    if (numPendingBytes + numBytes > pendingText.size())
+        makeRoomForText (numBytes);
+    char* destination = pendingText.data() + numPendingBytes;
+    numPendingBytes += numBytes;
+    return destination;
+}
+
+void StatePrinter::makeRoomForText (size_t numBytes)
+{
+    flushText();
+    if (numBytes > pendingText.size())
+        pendingText.resize (std::max (numBytes, textBlockSize));
+}
+
 void StatePrinter::emit (const char* bytes, size_t numBytes, uint64_t numCharacters)
 {
     if (lineBreakPending)
@@ -133,21 +151,6 @@ void StatePrinter::emit (const char* bytes, size_t numBytes, uint64_t numCharact
     column += numCharacters;
     if (textSharesBinary)
         flushText();
-}
-
-// Room for the bytes at the end of the pending text, which goes to the stream
-// first when the block would overflow.
-char* StatePrinter::reserveText (size_t numBytes)
-{
-    if (numPendingBytes + numBytes > pendingText.size())
-    {
-        flushText();
-        if (numBytes > pendingText.size())
-            pendingText.resize (std::max (numBytes, textBlockSize));
-    }
-    char* destination = pendingText.data() + numPendingBytes;
-    numPendingBytes += numBytes;
-    return destination;
 }
 
 void StatePrinter::flushText()
@@ -262,17 +265,30 @@ void StatePrinter::printVariables (const State& state, bool compact)
     emitLiteral (State::closeScope);
 }
 
+// Names recur throughout a tree, whose strings live as long as it does: their
+// measures are kept by address for the length of one print.
+const StatePrinter::MeasuredName& StatePrinter::measureName (const juce::String& name) const
+{
+    const char* bytes = name.toRawUTF8();
+    auto& entry = measuredNames[(reinterpret_cast<uintptr_t> (bytes) >> 4) % numMeasuredNames];
+    if (entry.bytes != bytes)
+    {
+        entry.bytes = bytes;
+        entry.wellFormed = measure (name, entry.numBytes, entry.numCharacters);
+    }
+    return entry;
+}
+
 // An ill-formed name is one piece with its " = ", as JUCE counts the two together.
 void StatePrinter::emitName (const juce::String& name)
 {
-    size_t numBytes;
-    uint64_t numCharacters;
-    if (! measure (name, numBytes, numCharacters))
+    const auto& measured = measureName (name);
+    if (! measured.wellFormed)
     {
         emit (name + " " + State::assignmentToken + " ");
         return;
     }
-    emit (name.toRawUTF8(), numBytes, numCharacters);
+    emit (name.toRawUTF8(), measured.numBytes, measured.numCharacters);
     emitLiteral (" = "); // the assignment token between blanks
 }
 
@@ -339,7 +355,7 @@ uint64_t StatePrinter::estimateLength (const State& state, uint64_t limit) const
             for (size_t i = 0; i < count; ++i)
             {
                 const auto& name = state.getVariableName (i);
-                if (name.isNotEmpty() && add (countCharacters (name) + 3))
+                if (name.isNotEmpty() && add (measureName (name).numCharacters + 3))
                     return total;
                 if (add (estimateLength (state.getVariableStateRef (i), limit - total)))
                     return total;

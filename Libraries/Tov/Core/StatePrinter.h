@@ -56,12 +56,25 @@ private:
     size_t numPendingBytes = 0;
     mutable std::string leafText;
 
+    struct MeasuredName
+    {
+        const char* bytes = nullptr;
+        size_t numBytes = 0;
+        uint64_t numCharacters = 0;
+        bool wellFormed = false;
+    };
+
+    static constexpr size_t numMeasuredNames = 64;
+    mutable MeasuredName measuredNames[numMeasuredNames];
+    const MeasuredName& measureName (const juce::String& name) const;
+
     void printNode (const State& state);
     void emit (const juce::String& piece);
     void emit (const char* bytes, size_t numBytes, uint64_t numCharacters);
     void emitLiteral (const char* literal);
     void emitName (const juce::String& name);
     char* reserveText (size_t numBytes);
+    void makeRoomForText (size_t numBytes);
     void flushText();
     bool isCompact (const State& state) const;
     void printPrefix (const State& state);

@@ -13,15 +13,38 @@ namespace tov
 
 namespace
 {
+    // "00" to "99", so that digits are written two at a time.
+    struct DigitPairs
+    {
+        constexpr DigitPairs()
+        {
+            for (int i = 0; i < 100; ++i)
+            {
+                pairs[2 * i] = (char) ('0' + i / 10);
+                pairs[2 * i + 1] = (char) ('0' + i % 10);
+            }
+        }
+
+        char pairs[200] = {};
+    };
+
+    constexpr DigitPairs digitPairs;
+
     // The digits of a number below 10^20, at the end of the buffer; where they start.
     char* writeDigits (char* end, uint64_t number) noexcept
     {
-        do
+        for (; number >= 100; number /= 100)
         {
-            *--end = (char) ('0' + number % 10);
-            number /= 10;
+            end -= 2;
+            std::memcpy (end, digitPairs.pairs + 2 * (number % 100), 2);
         }
-        while (number != 0);
+        if (number >= 10)
+        {
+            end -= 2;
+            std::memcpy (end, digitPairs.pairs + 2 * number, 2);
+            return end;
+        }
+        *--end = (char) ('0' + number);
         return end;
     }
 
