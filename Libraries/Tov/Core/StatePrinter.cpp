@@ -178,7 +178,12 @@ bool StatePrinter::isCompact (const State& state) const
 
 void StatePrinter::print (const State& state)
 {
+    // An earlier tree's strings may be gone, and their addresses taken again.
+    for (auto& entry : measuredNames)
+        entry.bytes = nullptr;
+    printing = true;
     printNode (state);
+    printing = false;
     flushText();
 }
 
@@ -271,7 +276,7 @@ const StatePrinter::MeasuredName& StatePrinter::measureName (const juce::String&
 {
     const char* bytes = name.toRawUTF8();
     auto& entry = measuredNames[(reinterpret_cast<uintptr_t> (bytes) >> 4) % numMeasuredNames];
-    if (entry.bytes != bytes)
+    if (entry.bytes != bytes || ! printing)
     {
         entry.bytes = bytes;
         entry.wellFormed = measure (name, entry.numBytes, entry.numCharacters);

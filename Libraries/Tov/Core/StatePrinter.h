@@ -65,7 +65,8 @@ private:
     };
 
     static constexpr size_t numMeasuredNames = 64;
-    mutable MeasuredName measuredNames[numMeasuredNames];
+    mutable MeasuredName measuredNames[numMeasuredNames]; // while printing only
+    bool printing = false;
     const MeasuredName& measureName (const juce::String& name) const;
 
     void printNode (const State& state);
