@@ -9,6 +9,7 @@
 #include "ClassExpression.h"
 #include "WellFormedUtf8.h"
 #include "ConversionCache.h"
+#include "StringMeasureCache.h"
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -95,6 +96,7 @@ private:
     char block[blockSize];
     size_t used = 0;
     bool failed = false;
+    StringMeasureCache<size_t> nameSizes;
 
     void flush()
     {
@@ -142,6 +144,12 @@ private:
         writeBytes (text.toRawUTF8(), getNumBytesAsUtf8 (text) + 1);
     }
 
+    // Names recur, and the tree outlives the writer: their sizes are kept.
+    void writeName (const juce::String& name)
+    {
+        writeBytes (name.toRawUTF8(), nameSizes.get (name, [&name] { return getNumBytesAsUtf8 (name); }) + 1);
+    }
+
     bool writeValue (const State& state)
     {
         switch (state.getType())
@@ -170,7 +178,7 @@ private:
                 writeLittleEndian ((uint32_t) variables.size());
                 for (const auto& variable : variables)
                 {
-                    writeString (variable.first);
+                    writeName (variable.first);
                     if (! writeOptionalState (variable.second.get()))
                         return false;
                 }

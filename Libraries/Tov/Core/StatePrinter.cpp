@@ -178,9 +178,7 @@ bool StatePrinter::isCompact (const State& state) const
 
 void StatePrinter::print (const State& state)
 {
-    // An earlier tree's strings may be gone, and their addresses taken again.
-    for (auto& entry : measuredNames)
-        entry.bytes = nullptr;
+    measuredNames.clear();
     printing = true;
     printNode (state);
     printing = false;
@@ -271,23 +269,22 @@ void StatePrinter::printVariables (const State& state, bool compact)
 }
 
 // Names recur throughout a tree, whose strings live as long as it does: their
-// measures are kept by address for the length of one print.
-const StatePrinter::MeasuredName& StatePrinter::measureName (const juce::String& name) const
+// measures are kept while it prints.
+StatePrinter::MeasuredName StatePrinter::measureName (const juce::String& name) const
 {
-    const char* bytes = name.toRawUTF8();
-    auto& entry = measuredNames[(reinterpret_cast<uintptr_t> (bytes) >> 4) % numMeasuredNames];
-    if (entry.bytes != bytes || ! printing)
+    const auto measureNow = [&name]
     {
-        entry.bytes = bytes;
-        entry.wellFormed = measure (name, entry.numBytes, entry.numCharacters);
-    }
-    return entry;
+        MeasuredName measured;
+        measured.wellFormed = measure (name, measured.numBytes, measured.numCharacters);
+        return measured;
+    };
+    return printing ? measuredNames.get (name, measureNow) : measureNow();
 }
 
 // An ill-formed name is one piece with its " = ", as JUCE counts the two together.
 void StatePrinter::emitName (const juce::String& name)
 {
-    const auto& measured = measureName (name);
+    const auto measured = measureName (name);
     if (! measured.wellFormed)
     {
         emit (name + " " + State::assignmentToken + " ");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "StringMeasureCache.h"
 #include <juce_core/juce_core.h>
 #include <cstdint>
 #include <string>
@@ -58,16 +59,14 @@ private:
 
     struct MeasuredName
     {
-        const char* bytes = nullptr;
         size_t numBytes = 0;
         uint64_t numCharacters = 0;
         bool wellFormed = false;
     };
 
-    static constexpr size_t numMeasuredNames = 64;
-    mutable MeasuredName measuredNames[numMeasuredNames]; // while printing only
+    mutable StringMeasureCache<MeasuredName> measuredNames; // while printing only
+    MeasuredName measureName (const juce::String& name) const;
     bool printing = false;
-    const MeasuredName& measureName (const juce::String& name) const;
 
     void printNode (const State& state);
     void emit (const juce::String& piece);
