@@ -192,8 +192,14 @@ public:
     void ReportRuns (const std::vector<Run>& runs) override
     {
         for (const auto& run : runs)
+        {
             if (! run.error_occurred && run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+            {
                 secondsPerDocument[run.run_name.function_name] = run.GetAdjustedCPUTime() / 1000.0;
+                const auto bytes = run.counters.find ("bytes");
+                bytesPerDocument[run.run_name.function_name] = bytes != run.counters.end() ? bytes->second.value : 0.0;
+            }
+        }
         ConsoleReporter::ReportRuns (runs);
     }
 
@@ -202,7 +208,8 @@ public:
     {
         const Contestant peers[] = { Contestant::rapidJson, Contestant::nlohmann, Contestant::juceJson, Contestant::valueTree };
         std::printf ("\nState's CPU time per document divided by each peer's (below 1: State is faster)\n");
-        std::printf ("%-5s %-12s %10s %10s %10s %10s %10s\n", "Size", "Operation", "State ms", "RapidJSON", "nlohmann", "juceJSON", "ValueTree");
+        std::printf ("%-5s %-12s %10s %10s %10s %10s %10s %10s\n", "Size", "Operation", "State ms", "State MB/s",
+                     "RapidJSON", "nlohmann", "juceJSON", "ValueTree");
         for (const auto& size : documentSizes)
         {
             for (const auto operation : { Operation::textParse, Operation::textPrint, Operation::binaryWrite, Operation::binaryRead })
@@ -210,7 +217,8 @@ public:
                 const double stateSeconds = find (operation, Contestant::state, size);
                 if (stateSeconds <= 0)
                     continue;
-                std::printf ("%-5s %-12s %10.2f", size.name, getName (operation), stateSeconds * 1000);
+                const double stateBytes = bytesPerDocument.at (getBenchmarkName (operation, Contestant::state, size).toStdString());
+                std::printf ("%-5s %-12s %10.2f %10.0f", size.name, getName (operation), stateSeconds * 1000, stateBytes / stateSeconds / 1e6);
                 for (const auto peer : peers)
                 {
                     const double peerSeconds = find (operation, peer, size);
@@ -226,7 +234,7 @@ public:
     }
 
 private:
-    std::map<std::string, double> secondsPerDocument;
+    std::map<std::string, double> secondsPerDocument, bytesPerDocument;
 
     double find (Operation operation, Contestant contestant, const DocumentSize& size) const
     {
@@ -234,7 +242,6 @@ private:
         return found != secondsPerDocument.end() ? found->second : 0.0;
     }
 };
-
 
 /** Settles glibc's allocator, so that each run measures its own work.
 
