@@ -76,6 +76,19 @@ public:
     std::vector<Object*> changedObjects;
     void sendObjectChanged (Object* object) override { changedObjects.push_back (object); }
 };
+
+/** Gives the holder a new Shape child, sets the child's width while views on both record, and
+    returns what they saw. */
+std::vector<juce::String> changeAdoptedChild (Holder& holder)
+{
+    holder.adopt (static_cast<Shape*> (Shape::staticClass.createObject (nullptr)));
+    std::vector<juce::String> log;
+    RecordingView onHolder ("holder", log), onChild ("child", log);
+    onHolder.attachObject (&holder);
+    onChild.attachObject (holder.child);
+    holder.child->width.set (3);
+    return log;
+}
 }
 
 TEST (ObjectChangedTest, CountsEvenWhileBeingDestroyed)
@@ -116,15 +129,7 @@ TEST (ObjectChangedTest, ViewsSeeChangesOfTheObjectItself)
 TEST (ObjectChangedTest, OwnedChildStopsAtTheBoundaryWithoutPropagation)
 {
     auto holder = createOwned<Holder>();
-    holder->adopt (static_cast<Shape*> (Shape::staticClass.createObject (nullptr)));
-    std::vector<juce::String> log;
-    RecordingView onHolder ("holder", log), onChild ("child", log);
-    onHolder.attachObject (holder.get());
-    onChild.attachObject (holder->child);
-
-    holder->child->width.set (3);
-
-    EXPECT_EQ (log, (std::vector<juce::String> { "child: Shape <- width" }));
+    EXPECT_EQ (changeAdoptedChild (*holder), (std::vector<juce::String> { "child: Shape <- width" }));
     EXPECT_TRUE (holder->callbacks.empty());
     EXPECT_EQ (holder->child->getNumChanges(), 1u);
     EXPECT_EQ (holder->getNumChanges(), 0u);
@@ -134,15 +139,7 @@ TEST (ObjectChangedTest, OwnedChildReachesViewsAboveWithPropagation)
 {
     auto holder = createOwned<Holder>();
     holder->setPropagateChildrenChanges (true);
-    holder->adopt (static_cast<Shape*> (Shape::staticClass.createObject (nullptr)));
-    std::vector<juce::String> log;
-    RecordingView onHolder ("holder", log), onChild ("child", log);
-    onHolder.attachObject (holder.get());
-    onChild.attachObject (holder->child);
-
-    holder->child->width.set (3);
-
-    EXPECT_EQ (log, (std::vector<juce::String> { "child: Shape <- width", "holder: Holder <- width" }));
+    EXPECT_EQ (changeAdoptedChild (*holder), (std::vector<juce::String> { "child: Shape <- width", "holder: Holder <- width" }));
     EXPECT_EQ (holder->callbacks, (std::vector<juce::String> { "Shape <- width" }));
     // Counters above a dynamic boundary do not move.
     EXPECT_EQ (holder->child->getNumChanges(), 1u);
@@ -254,18 +251,50 @@ TEST (ViewTest, AttachIsIdempotentAndNotifiesOnRequest)
     EXPECT_TRUE (view.getAttachedObjects().empty());
 }
 
-TEST (ViewTest, ViewDetachingItselfDoesNotSkipTheNext)
+namespace
 {
+/** An object with the views first, second and third attached in that order, for the tests in
+    which the second view detaches a view while a change walks them. */
+struct ThreeViews
+{
+    ThreeViews()
+    {
+        for (auto* view : { &first, &second, &third })
+            view->attachObject (&object);
+    }
+
+    /** Changes the object once, the second view detaching that view when the change reaches it;
+        returns the log. */
+    std::vector<juce::String> changeWhileSecondDetaches (RecordingView& detached)
+    {
+        second.onChanged = [this, &detached] { detached.detachObject (&object); };
+        object.changed();
+        return log;
+    }
+
+    /** The log of a change that reached each view once, in order. */
+    static std::vector<juce::String> everyViewReached()
+    {
+        return { "first: Empty <- Empty", "second: Empty <- Empty", "third: Empty <- Empty" };
+    }
+
+    // The object comes first so that the views, destroyed before it, detach from a live object.
     Empty object;
     std::vector<juce::String> log;
-    RecordingView first ("first", log), second ("second", log), third ("third", log);
-    first.attachObject (&object);
-    second.attachObject (&object);
-    third.attachObject (&object);
-    second.onChanged = [&] { second.detachObject (&object); };
+    RecordingView first { "first", log }, second { "second", log }, third { "third", log };
+};
+}
 
-    object.changed();
-    EXPECT_EQ (log, (std::vector<juce::String> { "first: Empty <- Empty", "second: Empty <- Empty", "third: Empty <- Empty" }));
+TEST (ViewTest, ViewDetachingItselfDoesNotSkipTheNext)
+{
+    ThreeViews views;
+    EXPECT_EQ (views.changeWhileSecondDetaches (views.second), ThreeViews::everyViewReached());
+}
+
+TEST (ViewTest, ViewDetachingAnEarlierViewDoesNotSkipTheNext)
+{
+    ThreeViews views;
+    EXPECT_EQ (views.changeWhileSecondDetaches (views.first), ThreeViews::everyViewReached());
 }
 
 TEST (ViewTest, FirstViewDetachingItselfDoesNotSkipTheNext)
@@ -280,20 +309,6 @@ TEST (ViewTest, FirstViewDetachingItselfDoesNotSkipTheNext)
     object.changed();
     EXPECT_EQ (log, (std::vector<juce::String> { "first: Empty <- Empty", "second: Empty <- Empty" }));
     EXPECT_EQ (object.getNumViews(), 1u);
-}
-
-TEST (ViewTest, ViewDetachingAnEarlierViewDoesNotSkipTheNext)
-{
-    Empty object;
-    std::vector<juce::String> log;
-    RecordingView first ("first", log), second ("second", log), third ("third", log);
-    first.attachObject (&object);
-    second.attachObject (&object);
-    third.attachObject (&object);
-    second.onChanged = [&] { first.detachObject (&object); };
-
-    object.changed();
-    EXPECT_EQ (log, (std::vector<juce::String> { "first: Empty <- Empty", "second: Empty <- Empty", "third: Empty <- Empty" }));
 }
 
 TEST (ViewTest, ViewAddedDuringAWalkIsReached)
@@ -347,8 +362,7 @@ TEST (ViewTest, DestroyedViewDetachesFromItsObjects)
 {
     Empty a, b;
     {
-        std::vector<juce::String> log;
-        RecordingView view ("view", log);
+        View view;
         view.attachObject (&a);
         view.attachObject (&b);
         EXPECT_EQ (a.getNumViews(), 1u);
@@ -360,8 +374,7 @@ TEST (ViewTest, DestroyedViewDetachesFromItsObjects)
 TEST (ViewTest, DetachAllObjectsExcept)
 {
     Empty a, b;
-    std::vector<juce::String> log;
-    RecordingView view ("view", log);
+    View view;
     view.attachObject (&a);
     view.attachObject (&b);
     view.detachAllObjectsExcept (&b);

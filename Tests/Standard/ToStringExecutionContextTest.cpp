@@ -1,22 +1,10 @@
+#include "../Support/MessageCountingView.h"
 #include <Tov/Standard/ExecutionContext.h>
 #include <gtest/gtest.h>
 
 using namespace tov;
-
-namespace
-{
-
-class CountingView : public ExecutionContextView
-{
-public:
-    explicit CountingView (int& count) : count (count) {}
-    void warningCallback (const juce::String&, const Object*) override      { ++count; }
-    void errorCallback (const juce::String&, const Object*) override        { ++count; }
-    void informationCallback (const juce::String&, const Object*) override  { ++count; }
-    int& count;
-};
-
-} // namespace
+using tov::test::MessageCountingView;
+using tov::test::addCountingViewAndSendThreeMessages;
 
 TEST (ToStringExecutionContextTest, WritesOneLinePerMessageWithItsPrefix)
 {
@@ -45,10 +33,7 @@ TEST (ToStringExecutionContextTest, WithoutTargetStillForwardsToItsViews)
 {
     int count = 0;
     ToStringExecutionContext context;
-    context.addView (new CountingView (count));
-    context.error ("a");
-    context.warning ("b");
-    context.information ("c");
+    addCountingViewAndSendThreeMessages (context, count);
     EXPECT_EQ (count, 3);
 }
 
@@ -57,7 +42,7 @@ TEST (ToStringExecutionContextTest, WithTargetAlsoForwardsToItsViews)
     int count = 0;
     juce::String text;
     ToStringExecutionContext context (text);
-    context.addView (new CountingView (count));
+    context.addView (new MessageCountingView (count));
     context.information ("c");
     EXPECT_EQ (count, 1);
     EXPECT_EQ (text, ">c\n");

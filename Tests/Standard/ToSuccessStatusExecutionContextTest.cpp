@@ -1,22 +1,10 @@
+#include "../Support/MessageCountingView.h"
 #include <Tov/Standard/ToSuccessStatusExecutionContext.h>
 #include <gtest/gtest.h>
 
 using namespace tov;
-
-namespace
-{
-
-class CountingView : public ExecutionContextView
-{
-public:
-    explicit CountingView (int& count) : count (count) {}
-    void warningCallback (const juce::String&, const Object*) override      { ++count; }
-    void errorCallback (const juce::String&, const Object*) override        { ++count; }
-    void informationCallback (const juce::String&, const Object*) override  { ++count; }
-    int& count;
-};
-
-} // namespace
+using tov::test::MessageCountingView;
+using tov::test::addCountingViewAndSendThreeMessages;
 
 TEST (ToSuccessStatusExecutionContextTest, TheLastMessageWins)
 {
@@ -41,16 +29,13 @@ TEST (ToSuccessStatusExecutionContextTest, ForwardsToItsViewsWithAndWithoutTarge
 {
     int count = 0;
     ToSuccessStatusExecutionContext withoutTarget;
-    withoutTarget.addView (new CountingView (count));
-    withoutTarget.error ("a");
-    withoutTarget.warning ("b");
-    withoutTarget.information ("c");
+    addCountingViewAndSendThreeMessages (withoutTarget, count);
     EXPECT_EQ (count, 3);
 
     SuccessStatus status;
     ToSuccessStatusExecutionContext withTarget;
     withTarget.setTarget (status);
-    withTarget.addView (new CountingView (count));
+    withTarget.addView (new MessageCountingView (count));
     withTarget.warning ("d");
     EXPECT_EQ (count, 4);
     EXPECT_TRUE (status.isWarning());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BoundedInteger.h"
 #include "MemorySize.h"
 
 namespace tov
@@ -7,31 +8,15 @@ namespace tov
 
 /** A memory size that stays below a bound of its own, as a used part of a capacity; a bound of
     0 means none. Value and bound compare as signed numbers. */
-class BoundedMemorySize : public MemorySize
+class BoundedMemorySize : public BoundedInteger<MemorySize, false>
 {
 public:
     TOV_DECLARE_CLASS (BoundedMemorySize, MemorySize)
 
-    explicit BoundedMemorySize (int64_t value = 0, int64_t bound = 0) : MemorySize (value), bound (bound) {}
+    using BoundedInteger::BoundedInteger;
 
-    int64_t getBound() const noexcept                { return bound; }
-    /** The value is limited to bound - 1 when there is a bound. */
-    void set (int64_t newValue, bool notify = true) override;
-    void setValueAndBound (int64_t newValue, int64_t newBound, bool notify = true);
-    void setBound (int64_t newBound, bool notify = true)  { setValueAndBound (value, newBound, notify); }
-
-    /** bound - 1, or no limit without a bound. */
-    double getMaximumValue() const override;
+    /** "value / bound", followed by the unit when the size has one. */
     juce::String toString() const override;
-    bool parseNumber (const juce::String& text, juce::String& error, const MemberSignature* signature = nullptr) override;
-
-    bool equalsSameClass (const Object& other) const override;
-    void copyTo (Object& target) const override;
-    void save (ObjectExporter& exporter) const override;
-    bool load (ObjectImporter& importer) override;
-
-private:
-    int64_t bound = 0;
 };
 
 } // namespace tov

@@ -5,9 +5,8 @@
 namespace tov
 {
 
-/** What BoundedPositiveInteger and BoundedMemorySize share: a value kept below a bound, where a
-    bound of 0 means none. They differ in how they compare: unsigned for the first, signed for
-    the second. */
+/** The work of BoundedInteger that does not depend on its value class, compiled once: a value
+    kept below a bound, where a bound of 0 means none, compared as unsigned or signed numbers. */
 struct IntegerBound
 {
     static bool isBelow (int64_t value, int64_t bound, bool isUnsigned);
