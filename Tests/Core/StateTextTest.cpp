@@ -445,6 +445,24 @@ TEST (StateTextTest, IdentifiersAndVersions)
     EXPECT_EQ (all->getVersionNumber(), 2u);
 }
 
+// Each digit shifts the value four bits up: past sixteen digits the first ones are lost.
+TEST (StateTextTest, LongIdentifiersKeepTheirLastSixteenDigits)
+{
+    auto full = parseSuccess ("@fedcba9876543210 1");
+    ASSERT_NE (full, nullptr);
+    EXPECT_EQ (full->getUniqueIdentifier(), UniqueIdentifier (0xfedcba9876543210ull));
+
+    // The second text holds a pointer, which only the grammar's rules read.
+    for (auto* text : { "@123456789abcdef01 1", "{a = @123456789abcdef01 -> @2a}" })
+    {
+        auto parsed = parseSuccess (text);
+        ASSERT_NE (parsed, nullptr) << text;
+        const auto& node = parsed->getNumVariables() > 0 ? parsed->getVariableStateRef (0) : *parsed;
+        EXPECT_EQ (node.getUniqueIdentifier(), UniqueIdentifier (0x23456789abcdef01ull)) << text;
+        EXPECT_EQ (node.getUniqueIdentifier().getInt64(), (uint64_t) juce::String ("123456789abcdef01").getHexValue64()) << text;
+    }
+}
+
 TEST (StateTextTest, UnclosedStringIsNoValue)
 {
     EXPECT_EQ (parseFailure ("\"a\\\"")[0], positionReport ("src", 0, 0, "", "\"a\\\"") + " => Expected a value.");

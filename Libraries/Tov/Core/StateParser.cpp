@@ -134,6 +134,16 @@ namespace
         return length >= 2 && start[0] == '@' && allBytesAre (start + 1, length - 1, isLowerCaseHexadecimalDigit);
     }
 
+    // The hexadecimal digits after the "@" of an identifier token; more than
+    // sixteen keep the last sixteen, as juce::String::getHexValue64 does.
+    uint64_t readIdentifierToken (const char* start, size_t length) noexcept
+    {
+        uint64_t value = 0;
+        for (size_t i = 1; i < length; ++i)
+            value = (value << 4) | (uint64_t) (isDecimalDigit (start[i]) ? start[i] - '0' : start[i] - 'a' + 10);
+        return value;
+    }
+
     bool isVersionToken (const char* start, size_t length) noexcept
     {
         return length >= 1 && start[0] == '#' && allBytesAre (start + 1, length - 1, isDecimalDigit);
@@ -575,9 +585,7 @@ private:
             return true;
         if (! isIdentifierToken (token.start, token.length))
             return false;
-        UniqueIdentifier identifier;
-        identifier.setFrom64BitsHexadecimalString (token.toString());
-        state.setUniqueIdentifier (identifier);
+        state.setUniqueIdentifier (UniqueIdentifier (readIdentifierToken (token.start, token.length)));
         position = next;
         return true;
     }
@@ -909,7 +917,7 @@ bool StateParser::parseIdentifier (UniqueIdentifier& identifier)
     }
     if (! isIdentifierToken (token.start, token.length))
         return false;
-    identifier.setFrom64BitsHexadecimalString (token.toString());
+    identifier = UniqueIdentifier (readIdentifierToken (token.start, token.length));
     return rule.succeed();
 }
 
