@@ -95,7 +95,7 @@ juce::String makeWellFormedUtf8 (const void* data, size_t numBytes)
 size_t getNumBytesAsUtf8 (const juce::String& text) noexcept
 {
     // Names and short values, ASCII more often than not, are counted and checked
-    // in one pass; longer text goes to strlen and to the check eight bytes at a time.
+    // in one pass; longer text goes to strlen and to the check, which passes ASCII in blocks.
     const auto* bytes = reinterpret_cast<const uint8_t*> (text.toRawUTF8());
     constexpr size_t shortLength = 32;
     for (size_t i = 0; i < shortLength && bytes[i] < 0x80; ++i)
