@@ -3,44 +3,25 @@
 #include <Tov/Core/Object.h>
 #include <Tov/Core/ClassRegistry.h>
 #include <Tov/Core/Library.h>
-#include <Tov/Core/ObjectImporter.h>
+#include <Tov/Core/ValueObject.h>
 #include <iostream>
 
 using namespace tov;
 
-// Two value classes: one holding a text, one holding a count.
-class Text : public Object
+// Two value classes: one holding a text, one holding a count. Comparing, copying, saving,
+// loading and printing come with ValueObject.
+class Text : public ValueObject<juce::String>
 {
 public:
     TOV_DECLARE_CLASS (Text, Object)
-    juce::String value;
-    juce::String toString() const override { return value; }
-    bool equalsSameClass (const Object& other) const override { return value == static_cast<const Text&> (other).value; }
-    void copyTo (Object& target) const override { copyClassTo (target); static_cast<Text&> (target).value = value; }
-    bool load (ObjectImporter& importer) override
-    {
-        if (! importer.checkType (StateType::stringType))
-            return false;
-        value = importer.getCurrentState()->getString();
-        return true;
-    }
+    using ValueObject::ValueObject;
 };
 
-class Count : public Object
+class Count : public ValueObject<int64_t>
 {
 public:
     TOV_DECLARE_CLASS (Count, Object)
-    int64_t value = 0;
-    juce::String toString() const override { return juce::String (value); }
-    bool equalsSameClass (const Object& other) const override { return value == static_cast<const Count&> (other).value; }
-    void copyTo (Object& target) const override { copyClassTo (target); static_cast<Count&> (target).value = value; }
-    bool load (ObjectImporter& importer) override
-    {
-        if (! importer.checkType (StateType::integerType))
-            return false;
-        value = importer.getCurrentState()->getInteger();
-        return true;
-    }
+    using ValueObject::ValueObject;
 };
 
 // The two classes of the example: a person, and an employee who is one.
@@ -100,8 +81,8 @@ int main()
 
     auto* person = static_cast<Person*> (Person::staticClass.createObject());
     auto* employee = static_cast<Employee*> (getClass ("Employee")->createObject());
-    employee->name.value = "Ada";
-    employee->yearsOfService.value = 7;
+    employee->name.set ("Ada");
+    employee->yearsOfService.set (7);
 
     printObject (*person);
     printObject (*employee);

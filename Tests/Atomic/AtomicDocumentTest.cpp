@@ -88,7 +88,7 @@ class AtomicDocumentTest : public AtomicTestClassesFixture {};
 
 TEST_F (AtomicDocumentTest, DeclaredDefaultsReachNewDocuments)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     EXPECT_TRUE (document->enabled.get());
     EXPECT_EQ (document->count.get(), 3);
     EXPECT_EQ (document->note.get(), 60);
@@ -103,7 +103,7 @@ TEST_F (AtomicDocumentTest, DeclaredDefaultsReachNewDocuments)
 
 TEST_F (AtomicDocumentTest, ADocumentAtItsDefaultsSavesNothing)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     auto state = document->makeState (true);
     EXPECT_EQ (state->getType(), StateType::voidType);
     EXPECT_EQ (state->toShortString(), "void");
@@ -111,7 +111,7 @@ TEST_F (AtomicDocumentTest, ADocumentAtItsDefaultsSavesNothing)
 
 TEST_F (AtomicDocumentTest, OnlyChangedMembersAreSaved)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     fill (*document);
     auto state = document->makeState (true);
 
@@ -125,7 +125,7 @@ TEST_F (AtomicDocumentTest, OnlyChangedMembersAreSaved)
 
 TEST_F (AtomicDocumentTest, SavedValuesHaveTheirStateForms)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     fill (*document);
     auto state = document->makeState (true);
     auto text = [&state] (const char* name) { return state->getVariableStateByName (name)->toShortString(); };
@@ -145,9 +145,9 @@ TEST_F (AtomicDocumentTest, SavedValuesHaveTheirStateForms)
 
 TEST_F (AtomicDocumentTest, APrunedStateLoadsBackEqual)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     fill (*document);
-    auto loaded = create<AtomicDocument>();
+    auto loaded = createOwned<AtomicDocument>();
     const auto outcome = loadFromState (*loaded, document->makeState (true));
     EXPECT_TRUE (outcome.result);
     EXPECT_EQ (outcome.messages, "");
@@ -158,7 +158,7 @@ TEST_F (AtomicDocumentTest, APrunedStateLoadsBackEqual)
 
 TEST_F (AtomicDocumentTest, EachValuePrintsThroughToString)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     fill (*document);
     ASSERT_EQ (document->getNumVariables(), filledTexts.size());
     for (size_t i = 0; i < filledTexts.size(); ++i)
@@ -170,7 +170,7 @@ TEST_F (AtomicDocumentTest, EachValuePrintsThroughToString)
 
 TEST_F (AtomicDocumentTest, TriggerCountsAreNotCarriedByPrunedStates)
 {
-    auto document = create<AtomicDocument>();
+    auto document = createOwned<AtomicDocument>();
     document->reset.trig();
     document->action.trigger.trig();
     EXPECT_EQ (document->makeState (true)->getType(), StateType::voidType);

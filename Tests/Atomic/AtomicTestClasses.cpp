@@ -23,32 +23,11 @@ TOV_END_CLASS()
 TOV_BEGIN_CLASS (Interpolation)
 TOV_END_CLASS()
 
-void Interpolation::declareElements (::tov::EnumerationClass& elements)
-{
-    elements.addElement ("nearest", nearest, "closest");
-    elements.addElement ("linear", linear, {}, { { "us-en", "Straight line" }, { "fr-fr", "Ligne droite" } });
-    elements.addElement ("cubicSpline", cubicSpline);
-}
-
 TOV_BEGIN_CLASS (Permissions, { "bitFlags", "true" })
 TOV_END_CLASS()
 
-void Permissions::declareElements (::tov::EnumerationClass& elements)
-{
-    elements.addElement ("none", none);
-    elements.addElement ("read", read);
-    elements.addElement ("write", write);
-    elements.addElement ("execute", execute);
-}
-
 TOV_BEGIN_CLASS (Channels, { "bitFlags", "true" })
 TOV_END_CLASS()
-
-void Channels::declareElements (::tov::EnumerationClass& elements)
-{
-    elements.addElement ("left", left);
-    elements.addElement ("right", right);
-}
 
 TOV_BEGIN_CLASS (AtomicDocument)
     TOV_VARIABLE (enabled, { "default", "true" })

@@ -40,36 +40,26 @@ public:
 class Interpolation : public Enumeration
 {
 public:
-    TOV_DECLARE_CLASS_WITH_METACLASS (Interpolation, Enumeration, ::tov::DeclaredEnumerationClass<Interpolation>)
-
-    using Enumeration::Enumeration;
-
-    enum { nearest = 0, linear = 1, cubicSpline = 5 };
-    static void declareElements (::tov::EnumerationClass& elements);
+    TOV_DECLARE_CLASS (Interpolation, Enumeration)
+    TOV_ELEMENTS ((nearest, 0, alternativeName ("closest")),
+                  (linear, 1, description ("us-en", "Straight line"), description ("fr-fr", "Ligne droite")),
+                  (cubicSpline, 5))
 };
 
 /** Bit flags with an element for none. */
 class Permissions : public Enumeration
 {
 public:
-    TOV_DECLARE_CLASS_WITH_METACLASS (Permissions, Enumeration, ::tov::DeclaredEnumerationClass<Permissions>)
-
-    using Enumeration::Enumeration;
-
-    enum { none = 0, read = 1, write = 2, execute = 4 };
-    static void declareElements (::tov::EnumerationClass& elements);
+    TOV_DECLARE_CLASS (Permissions, Enumeration)
+    TOV_ELEMENTS ((none, 0), (read, 1), (write, 2), (execute, 4))
 };
 
 /** Bit flags without an element for none. */
 class Channels : public Enumeration
 {
 public:
-    TOV_DECLARE_CLASS_WITH_METACLASS (Channels, Enumeration, ::tov::DeclaredEnumerationClass<Channels>)
-
-    using Enumeration::Enumeration;
-
-    enum { left = 1, right = 2 };
-    static void declareElements (::tov::EnumerationClass& elements);
+    TOV_DECLARE_CLASS (Channels, Enumeration)
+    TOV_ELEMENTS ((left, 1), (right, 2))
 };
 
 /** A document with a member of each value class, some with declared defaults. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/TestValues.h"
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Core/ClassRegistry.h>
 #include <Tov/Core/StateObjectExporter.h>
@@ -10,21 +11,6 @@
 // Helpers of the tests of the value classes.
 namespace tov::test
 {
-
-struct ObjectDeleter
-{
-    void operator() (Object* object) const { if (object != nullptr) object->deleteThis(); }
-};
-
-template <class T>
-using ObjectPtr = std::unique_ptr<T, ObjectDeleter>;
-
-/** A new heap object of T's class, with its members at their defaults. */
-template <class T>
-ObjectPtr<T> create()
-{
-    return ObjectPtr<T> (static_cast<T*> (T::getStaticClass().createObject (nullptr)));
-}
 
 /** What a load reported, each message on a line of its own as "Error: ..." or "Warning: ...". */
 struct LoadOutcome

@@ -110,7 +110,7 @@ TEST (BoundedMemorySizeTest, ToStringShowsValueBoundAndUnit)
 {
     EXPECT_EQ (BoundedMemorySize (3, 10).toString(), "3 / 10");
     ensureAtomicTestLibrary();
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     holder->quota.setValueAndBound (3, 10);
     EXPECT_EQ (holder->quota.toString(), "3 / 10 MB");
 }

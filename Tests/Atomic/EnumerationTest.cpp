@@ -147,7 +147,7 @@ TEST_F (EnumerationTest, TheGeneratorMakesAnEnumerationOfTheNames)
     EXPECT_EQ (elements->getElementName (2), "high");
     EXPECT_EQ (elements->getElementValue (2), 2);
 
-    ObjectPtr<Enumeration> level (static_cast<Enumeration*> (generated->createObject (nullptr)));
+    Owned<Enumeration> level (static_cast<Enumeration*> (generated->createObject (nullptr)));
     ASSERT_NE (level, nullptr);
     EXPECT_EQ (level->getClass(), generated);
     EXPECT_TRUE (loadFromState (*level, std::make_shared<State> ("high")).result);
@@ -193,7 +193,7 @@ TEST_F (EnumerationTest, AGeneratedEnumerationSavesByNameInAStateText)
 {
     Class* generated = getClass ("Enumeration({low, medium, high})");
     ASSERT_NE (generated, nullptr);
-    ObjectPtr<Object> level (generated->createObject (nullptr));
+    Owned<Object> level (generated->createObject (nullptr));
     ASSERT_NE (level, nullptr);
     static_cast<Enumeration*> (level.get())->set (1);
     const juce::String text = level->makeState (false, true)->saveToString();
@@ -203,7 +203,7 @@ TEST_F (EnumerationTest, AGeneratedEnumerationSavesByNameInAStateText)
     ToStringExecutionContext context (messages);
     auto state = State::createFromStateString (context, text, "test");
     ASSERT_NE (state, nullptr) << messages;
-    ObjectPtr<Object> loaded (Object::createFromState (context, state));
+    Owned<Object> loaded (Object::createFromState (context, state));
     ASSERT_NE (loaded, nullptr) << messages;
     EXPECT_EQ (loaded->getClass(), generated);
     EXPECT_EQ (loaded->toString(), "medium");

@@ -157,10 +157,10 @@ TEST (IntegerTest, CopiesAndComparesItsValue)
 
 TEST (IntegerTest, CreateMakesTheValueValid)
 {
-    ObjectPtr<Number> number (Number::create (&PositiveInteger7Bits::staticClass, 300.4));
+    Owned<Number> number (Number::create (&PositiveInteger7Bits::staticClass, 300.4));
     ASSERT_NE (number, nullptr);
     EXPECT_EQ (number->getClass(), &PositiveInteger7Bits::staticClass);
     EXPECT_EQ (number->getNumber(), 127.0);
-    ObjectPtr<Number> rounded (Number::create (&Integer::staticClass, -2.5));
+    Owned<Number> rounded (Number::create (&Integer::staticClass, -2.5));
     EXPECT_EQ (rounded->getNumber(), -3.0);
 }

@@ -37,7 +37,7 @@ TEST_F (MemorySizeTest, ToStringIsScaledWithoutUnit)
 
 TEST_F (MemorySizeTest, AFixedUnitShowsTheNumberInThatUnit)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     holder->cache.set (3 * 1048576 + 524288);
     EXPECT_EQ (holder->cache.getNumberUnit(), "MB");
     EXPECT_EQ (holder->cache.toString(), "3.5");
@@ -45,7 +45,7 @@ TEST_F (MemorySizeTest, AFixedUnitShowsTheNumberInThatUnit)
 
 TEST_F (MemorySizeTest, ARateShowsPerSecond)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     EXPECT_EQ (holder->download.toString(), "0 MB/s");
     holder->download.set (2048);
     EXPECT_EQ (holder->download.toString(), "2.0 KB/s");

@@ -172,7 +172,7 @@ TEST_F (NumberTest, ANumberIsItsOwnNumberVariable)
 
 TEST_F (NumberTest, SignatureLimitsApplyToIntegers)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     EXPECT_TRUE (holder->limited.isBounded());
     EXPECT_EQ (holder->limited.getMinimumValue(), -5.0);
     EXPECT_EQ (holder->limited.getMaximumValue(), 5.0);

@@ -34,7 +34,7 @@ TEST_F (PositiveIntegerTest, BitRangesAreBounded)
 
 TEST_F (PositiveIntegerTest, OneBasedShowsAndParsesFromOne)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     auto& track = holder->track;
     EXPECT_EQ (track.toString(), "1");
     EXPECT_TRUE (parse (track, "1").result);
@@ -48,7 +48,7 @@ TEST_F (PositiveIntegerTest, OneBasedShowsAndParsesFromOne)
 
 TEST_F (PositiveIntegerTest, OneBasedLeavesTheMaximumAsItIs)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     auto& track = holder->track;
     EXPECT_EQ (track.getMaximumValue(), 99.0);
     track.set (99);
@@ -73,7 +73,7 @@ TEST_F (PositiveIntegerTest, OneBasedCanComeFromTheCaller)
 
 TEST_F (PositiveIntegerTest, AMaximumBeyondTheSignedRangeCountsAsUnsigned)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     EXPECT_EQ (holder->huge.getMaximumValue(), 18446744073709551614.0);
     EXPECT_TRUE (holder->huge.isBounded());
 }

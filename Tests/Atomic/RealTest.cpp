@@ -73,7 +73,7 @@ TEST_F (RealTest, MarkerStepIsAPowerOfTen)
 
 TEST_F (RealTest, SignatureAttributesNarrowTheRange)
 {
-    auto holder = create<NumberHolder>();
+    auto holder = createOwned<NumberHolder>();
     auto& level = holder->level;
     EXPECT_TRUE (level.isBounded());
     EXPECT_EQ (level.getMinimumValue(), -1.0);

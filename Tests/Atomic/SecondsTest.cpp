@@ -58,7 +58,7 @@ TEST_F (SecondsTest, CountsOfTheParts)
 
 TEST_F (SecondsTest, AProviderAboveGivesTheTimeBase)
 {
-    auto timeline = create<Timeline>();
+    auto timeline = createOwned<Timeline>();
     auto& position = timeline->position;
     EXPECT_EQ (position.getTimeBase(), 25.0);
     EXPECT_EQ (position.getMinimalStep(), 0.04);

@@ -5,9 +5,9 @@ using namespace tov::test;
 
 namespace
 {
-ObjectPtr<StringWithChoices> makeColour()
+Owned<StringWithChoices> makeColour()
 {
-    auto colour = create<StringWithChoices>();
+    auto colour = createOwned<StringWithChoices>();
     colour->setChoices (juce::StringArray { "red", "green", "blue" });
     colour->set ("green");
     return colour;
@@ -69,7 +69,7 @@ TEST (StringWithChoicesTest, WithoutChoicesOnlyTheTextIsSaved)
 TEST (StringWithChoicesTest, LoadsTextAndChoicesWithOneChange)
 {
     auto source = makeColour();
-    auto target = create<StringWithChoices>();
+    auto target = createOwned<StringWithChoices>();
     ChangeCounter counter (*target);
     EXPECT_TRUE (saveAndLoad (*source, *target, exportTransientVariables).result);
     EXPECT_EQ (counter.count, 1);

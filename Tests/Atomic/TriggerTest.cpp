@@ -37,7 +37,7 @@ TEST (TriggerTest, SavingWithoutDefaultsLeavesAVoidNodeThatIsRemoved)
     Trigger trigger (5);
     EXPECT_EQ (StateObjectExporter::make (trigger, exportWithoutDefaults, false)->getType(), StateType::voidType);
 
-    auto triggerable = create<Triggerable>();
+    auto triggerable = createOwned<Triggerable>();
     triggerable->trigger.trig();
     EXPECT_EQ (triggerable->makeState (false)->toShortString(), "{trigger = 1}");
     auto pruned = triggerable->makeState (true);
@@ -55,7 +55,7 @@ TEST (TriggerTest, AVoidStateLeavesTheCount)
 
 TEST (TriggerTest, TriggerableFiresThroughItsVariable)
 {
-    auto triggerable = create<Triggerable>();
+    auto triggerable = createOwned<Triggerable>();
     ChangeCounter counter (*triggerable);
     EXPECT_EQ (triggerable->getVariableByName ("trigger"), &triggerable->trigger);
     triggerable->trigger.trig();

@@ -1,6 +1,4 @@
 #include "TestValues.h"
-#include <Tov/Core/ObjectExporter.h>
-#include <Tov/Core/ObjectImporter.h>
 
 namespace tov::test
 {
@@ -46,74 +44,6 @@ Library* createTestLibrary()
     library->addClass<Empty>();
     library->addClass<AbstractShape>();
     return library;
-}
-
-//==============================================================================
-void TestInteger::set (int64_t newValue, bool notify)
-{
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
-
-bool TestInteger::equalsSameClass (const Object& other) const
-{
-    return value == static_cast<const TestInteger&> (other).value;
-}
-
-void TestInteger::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    static_cast<TestInteger&> (target).value = value;
-}
-
-void TestInteger::save (ObjectExporter& exporter) const
-{
-    exporter.writeInteger (value);
-}
-
-bool TestInteger::load (ObjectImporter& importer)
-{
-    if (! importer.checkType (StateType::integerType))
-        return false;
-    value = importer.getCurrentState()->getInteger();
-    return true;
-}
-
-//==============================================================================
-void TestText::set (const juce::String& newValue, bool notify)
-{
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
-
-bool TestText::equalsSameClass (const Object& other) const
-{
-    return value == static_cast<const TestText&> (other).value;
-}
-
-void TestText::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    static_cast<TestText&> (target).value = value;
-}
-
-void TestText::save (ObjectExporter& exporter) const
-{
-    exporter.writeString (value);
-}
-
-bool TestText::load (ObjectImporter& importer)
-{
-    if (! importer.checkType (StateType::stringType))
-        return false;
-    value = importer.getCurrentState()->getString();
-    return true;
 }
 
 } // namespace tov::test

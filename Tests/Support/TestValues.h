@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tov/Core/Library.h>
+#include <Tov/Core/ValueObject.h>
 
 // Small value classes for tests of the object model, standing in for the
 // library's own value classes.
@@ -8,41 +9,19 @@ namespace tov::test
 {
 
 /** One integer, saved as an integer State. */
-class TestInteger : public Object
+class TestInteger : public ValueObject<int64_t>
 {
 public:
     TOV_DECLARE_CLASS (TestInteger, Object)
-
-    int64_t get() const noexcept { return value; }
-    void set (int64_t newValue, bool notify = true);
-
-    bool equalsSameClass (const Object& other) const override;
-    void copyTo (Object& target) const override;
-    juce::String toString() const override { return juce::String (value); }
-    void save (ObjectExporter& exporter) const override;
-    bool load (ObjectImporter& importer) override;
-
-private:
-    int64_t value = 0;
+    using ValueObject::ValueObject;
 };
 
 /** One text, saved as a string State. */
-class TestText : public Object
+class TestText : public ValueObject<juce::String>
 {
 public:
     TOV_DECLARE_CLASS (TestText, Object)
-
-    const juce::String& get() const noexcept { return value; }
-    void set (const juce::String& newValue, bool notify = true);
-
-    bool equalsSameClass (const Object& other) const override;
-    void copyTo (Object& target) const override;
-    juce::String toString() const override { return value; }
-    void save (ObjectExporter& exporter) const override;
-    bool load (ObjectImporter& importer) override;
-
-private:
-    juce::String value;
+    using ValueObject::ValueObject;
 };
 
 /** A value that never equals anything but itself. */
@@ -100,7 +79,7 @@ public:
 /** Heap objects of tests go through deleteThis, as their owners would. */
 struct ObjectDeleter
 {
-    void operator() (Object* object) const { object->deleteThis(); }
+    void operator() (Object* object) const { if (object != nullptr) object->deleteThis(); }
 };
 
 template <class T>

@@ -1,34 +1,11 @@
 #include "ClassObject.h"
 #include "../Core/ClassRegistry.h"
-#include "../Core/ObjectExporter.h"
-#include "../Core/ObjectImporter.h"
 
 namespace tov
 {
 
 TOV_BEGIN_CLASS (ClassObject)
 TOV_END_CLASS()
-
-void ClassObject::set (Class* newValue, bool notify)
-{
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
-
-bool ClassObject::equalsSameClass (const Object& other) const
-{
-    return value == static_cast<const ClassObject&> (other).value;
-}
-
-void ClassObject::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    if (auto* classObject = dynamic_cast<ClassObject*> (&target))
-        classObject->value = value;
-}
 
 juce::String ClassObject::toString() const
 {

@@ -1,7 +1,5 @@
 #include "Enumeration.h"
 #include "Integer.h"
-#include "../Core/ObjectExporter.h"
-#include "../Core/ObjectImporter.h"
 
 namespace tov
 {
@@ -9,18 +7,9 @@ namespace tov
 TOV_BEGIN_CLASS (Enumeration)
 TOV_END_CLASS()
 
-void Enumeration::set (int32_t newValue, bool notify)
+EnumerationClass* Enumeration::getEnumerationClass() const
 {
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
-
-::tov::EnumerationClass* Enumeration::getEnumerationClass() const
-{
-    return dynamic_cast<::tov::EnumerationClass*> (getClass());
+    return dynamic_cast<EnumerationClass*> (getClass());
 }
 
 bool Enumeration::isBare() const
@@ -87,22 +76,10 @@ juce::String Enumeration::getDescription() const
     const int index = enumerationClass->findElement (value);
     if (index < 0)
         return "Invalid value " + juce::String (value);
-    return enumerationClass->getElementDescription ((size_t) index, ::tov::EnumerationClass::defaultLanguage);
+    return enumerationClass->getElementDescription ((size_t) index, EnumerationClass::defaultLanguage);
 }
 
 //==============================================================================
-bool Enumeration::equalsSameClass (const Object& other) const
-{
-    return value == static_cast<const Enumeration&> (other).value;
-}
-
-void Enumeration::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    if (auto* enumeration = dynamic_cast<Enumeration*> (&target))
-        enumeration->value = value;
-}
-
 bool Enumeration::isConvertibleTo (const Object& target) const
 {
     return dynamic_cast<const Number*> (&target) != nullptr || Object::isConvertibleTo (target);

@@ -4,6 +4,11 @@
 namespace tov
 {
 
+Class* EnumerationClass::declareBaseClass()
+{
+    return &Object::getStaticClass();
+}
+
 Object* EnumerationClass::createInstance() const
 {
     return new Enumeration();
@@ -16,10 +21,17 @@ void EnumerationClass::declareAttributes (ExecutionContext& context)
     declareElements();
 }
 
-void EnumerationClass::addElement (const juce::String& name, int32_t value, const juce::String& alternativeName,
-                                   const std::map<juce::String, juce::String>& descriptions)
+void EnumerationClass::addElement (const juce::String& name, int32_t value, std::initializer_list<ElementAttribute> attributes)
 {
-    elements.push_back ({ name, alternativeName, value, descriptions });
+    Element element { name, {}, value, {} };
+    for (auto& attribute : attributes)
+    {
+        if (attribute.language == nullptr)
+            element.alternativeName = attribute.text;
+        else
+            element.descriptions[attribute.language] = attribute.text;
+    }
+    elements.push_back (std::move (element));
 }
 
 int EnumerationClass::findElement (int32_t value) const

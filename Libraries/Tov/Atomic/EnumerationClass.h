@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../Core/Class.h"
+#include <initializer_list>
 #include <map>
 #include <vector>
 
@@ -11,12 +12,21 @@ namespace tov
     name that loading also accepts, a value and descriptions by language code.
 
     With the class attribute "bitFlags" the values are flags that combine. A class without
-    elements stands for a plain number. Elements are declared again each time the class is
-    initialised, by declareElements.
+    elements stands for a plain number: this class itself is the metaclass of the bare
+    Enumeration. Elements are declared again each time the class is initialised, by
+    declareElements.
 */
 class EnumerationClass : public Class
 {
 public:
+    /** What a declaration may write beside an element's name and value: an alternative name
+        (no language) or the description in one language. */
+    struct ElementAttribute
+    {
+        const char* language;
+        const char* text;
+    };
+
     struct Element
     {
         juce::String name;
@@ -27,11 +37,15 @@ public:
 
     static constexpr const char* defaultLanguage = "us-en";
 
+    EnumerationClass() = default;
+    /** The class of the bare Enumeration, as its declaration names it. */
+    explicit EnumerationClass (const char* name)     { setDeclaredName (name); }
+
+    Class* declareBaseClass() override;
     Object* createInstance() const override;
     void declareAttributes (ExecutionContext& context) override;
 
-    void addElement (const juce::String& name, int32_t value, const juce::String& alternativeName = {},
-                     const std::map<juce::String, juce::String>& descriptions = {});
+    void addElement (const juce::String& name, int32_t value, std::initializer_list<ElementAttribute> attributes = {});
     size_t getNumElements() const noexcept           { return elements.size(); }
     const Element& getElement (size_t index) const   { return elements[index]; }
 
@@ -60,13 +74,25 @@ private:
     std::vector<Element> elements;
 };
 
-/** The metaclass of an enumeration declared in C++: T gives its elements through a static
-    declareElements (EnumerationClass&). */
+/** True when T lists elements of its own or inherits them from an enumeration that does. */
+template <class T, class = void>
+struct HasDeclaredElements : std::false_type {};
+
+template <class T>
+struct HasDeclaredElements<T, std::void_t<decltype (T::declareElements (std::declval<EnumerationClass&>()))>> : std::true_type {};
+
+/** The metaclass family of every class declared with Enumeration as its base: T's elements
+    come from its TOV_ELEMENTS block. */
 template <class T>
 class DeclaredEnumerationClass : public EnumerationClass
 {
 protected:
-    void declareElements() override                  { T::declareElements (*this); }
+    void declareElements() override
+    {
+        static_assert (HasDeclaredElements<T>::value,
+                       "An enumeration lists its elements in a TOV_ELEMENTS block after TOV_DECLARE_CLASS");
+        T::declareElements (*this);
+    }
 };
 
 } // namespace tov

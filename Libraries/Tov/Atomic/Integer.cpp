@@ -1,6 +1,4 @@
 #include "Integer.h"
-#include "../Core/ObjectExporter.h"
-#include "../Core/ObjectImporter.h"
 #include <cmath>
 
 namespace tov
@@ -8,15 +6,6 @@ namespace tov
 
 TOV_BEGIN_CLASS (Integer, { "friendlyName", "\"Number\"" }, { "allowedCharacters", "\"()+-*/0123456789.e\"" })
 TOV_END_CLASS()
-
-void Integer::set (int64_t newValue, bool notify)
-{
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
 
 void Integer::setNumber (double number)
 {
@@ -100,23 +89,6 @@ bool Integer::parseNumber (const juce::String& text, juce::String& error, const 
     return true;
 }
 
-bool Integer::equalsSameClass (const Object& other) const
-{
-    return value == static_cast<const Integer&> (other).value;
-}
-
-void Integer::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    if (auto* integer = dynamic_cast<Integer*> (&target))
-        integer->value = value;
-}
-
-void Integer::save (ObjectExporter& exporter) const
-{
-    exporter.writeInteger (value);
-}
-
 bool Integer::load (ObjectImporter& importer)
 {
     if (importer.getCurrentType() == StateType::realType)
@@ -125,11 +97,7 @@ bool Integer::load (ObjectImporter& importer)
         set (isPlusInfinity (real) ? maximumValue : truncateToInteger64 (real));
         return true;
     }
-    int64_t newValue = 0;
-    if (! importer.readInteger (newValue))
-        return false;
-    set (newValue);
-    return true;
+    return ValueObject::load (importer);
 }
 
 } // namespace tov

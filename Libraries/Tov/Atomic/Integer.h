@@ -1,12 +1,13 @@
 #pragma once
 
 #include "Number.h"
+#include "../Core/ValueObject.h"
 
 namespace tov
 {
 
 /** A signed 64-bit integer, saved as an integer State. */
-class Integer : public Number
+class Integer : public ValueObject<int64_t, Number>
 {
 public:
     TOV_DECLARE_CLASS (Integer, Number)
@@ -14,11 +15,8 @@ public:
     static constexpr int64_t minimumValue = std::numeric_limits<int64_t>::min();
     static constexpr int64_t maximumValue = std::numeric_limits<int64_t>::max();
 
-    explicit Integer (int64_t value = 0) : value (value) {}
+    explicit Integer (int64_t value = 0) : ValueObject (value) {}
 
-    int64_t get() const noexcept                     { return value; }
-    /** Stores and, with notify, calls changed(); nothing happens when the value is the same. */
-    virtual void set (int64_t newValue, bool notify = true);
     void reset (bool notify = true)                  { set (0, notify); }
     void increment (int64_t amount = 1, bool notify = true)  { set (value + amount, notify); }
     void decrement (int64_t amount = 1, bool notify = true)  { set (value - amount, notify); }
@@ -35,10 +33,7 @@ public:
     double makeNumberValid (double number) const override;
     bool parseNumber (const juce::String& text, juce::String& error, const MemberSignature* signature = nullptr) override;
 
-    bool equalsSameClass (const Object& other) const override;
-    void copyTo (Object& target) const override;
-    juce::String toString() const override           { return juce::String (value); }
-    void save (ObjectExporter& exporter) const override;
+    /** A real is truncated; "+oo" gives the largest integer. */
     bool load (ObjectImporter& importer) override;
 
 protected:
@@ -46,8 +41,6 @@ protected:
     static bool parseIntegerText (juce::String text, int64_t& result, juce::String& error, const juce::String& className);
     /** A signed attribute whose default stands for the infinity on that side. */
     double getLimitAttribute (juce::StringRef name, int64_t unlimited, double infinity) const;
-
-    int64_t value = 0;
 };
 
 } // namespace tov

@@ -1,6 +1,4 @@
 #include "Real.h"
-#include "../Core/ObjectExporter.h"
-#include "../Core/ObjectImporter.h"
 #include <cmath>
 #include <cstring>
 
@@ -12,15 +10,6 @@ TOV_BEGIN_CLASS (Real, { "friendlyName", "\"Floating point number\"" },
                        { "diff", "Real" },
                        { "allowedCharacters", "\"()+-*/0123456789.e\"" })
 TOV_END_CLASS()
-
-void Real::set (double newValue, bool notify)
-{
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
 
 //==============================================================================
 bool Real::isValid (double number) noexcept
@@ -94,20 +83,6 @@ bool Real::parseNumber (const juce::String& text, juce::String& error, const Mem
     return true;
 }
 
-bool Real::equalsSameClass (const Object& other) const
-{
-    // By bit pattern, as States compare reals: NaN equals itself, so saving can prune it.
-    const double otherValue = static_cast<const Real&> (other).value;
-    return std::memcmp (&value, &otherValue, sizeof (double)) == 0;
-}
-
-void Real::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    if (auto* real = dynamic_cast<Real*> (&target))
-        real->value = value;
-}
-
 juce::String Real::toString() const
 {
     if (isPlusInfinity (value))
@@ -115,11 +90,6 @@ juce::String Real::toString() const
     if (isMinusInfinity (value))
         return "-oo";
     return juce::String (value);
-}
-
-void Real::save (ObjectExporter& exporter) const
-{
-    exporter.writeReal (value);
 }
 
 bool Real::load (ObjectImporter& importer)

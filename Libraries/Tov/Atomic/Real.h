@@ -1,21 +1,19 @@
 #pragma once
 
 #include "Number.h"
+#include "../Core/ValueObject.h"
 
 namespace tov
 {
 
 /** A double, saved as a real State; "+oo" stands for the largest finite double. */
-class Real : public Number
+class Real : public ValueObject<double, Number>
 {
 public:
     TOV_DECLARE_CLASS (Real, Number)
 
-    explicit Real (double value = 0.0) : value (value) {}
+    explicit Real (double value = 0.0) : ValueObject (value) {}
 
-    double get() const noexcept                      { return value; }
-    /** Stores and, with notify, calls changed(); nothing happens when the value is the same. */
-    virtual void set (double newValue, bool notify = true);
     void reset (bool notify = true)                  { set (0.0, notify); }
     void increment (double amount = 1.0, bool notify = true)  { set (value + amount, notify); }
     void decrement (double amount = 1.0, bool notify = true)  { set (value - amount, notify); }
@@ -43,17 +41,14 @@ public:
     void setNumber (double number) override          { set (number); }
     bool parseNumber (const juce::String& text, juce::String& error, const MemberSignature* signature = nullptr) override;
 
-    bool equalsSameClass (const Object& other) const override;
-    void copyTo (Object& target) const override;
+    /** "+oo" and "-oo" for the family's infinities. */
     juce::String toString() const override;
-    void save (ObjectExporter& exporter) const override;
+    /** An integer is taken as a real; the value goes through setNumber. */
     bool load (ObjectImporter& importer) override;
 
 protected:
     /** "+oo", "-oo" and the characters of a decimal real; false for anything else. */
     static bool parseRealText (const juce::String& text, double& result);
-
-    double value = 0.0;
 };
 
 } // namespace tov

@@ -1,33 +1,26 @@
 #pragma once
 
-#include "../Core/Object.h"
+#include "../Core/ValueObject.h"
 
 namespace tov
 {
 
 /** A counter that fires: each trig counts one and notifies. Documents saved without defaults
     carry no counts, so that loading one fires nothing. */
-class Trigger : public Object
+class Trigger : public ValueObject<int64_t>
 {
 public:
     TOV_DECLARE_CLASS (Trigger, Object)
 
-    explicit Trigger (int64_t count = 0) : count (count) {}
+    using ValueObject::ValueObject;
 
-    void trig();
-    int64_t getCount() const noexcept                { return count; }
-    void setCount (int64_t newCount, bool notify = true);
-    int64_t get() const noexcept                     { return count; }
-    void set (int64_t newCount, bool notify = true)  { setCount (newCount, notify); }
+    void trig()                                      { ++value; changed(); }
+    int64_t getCount() const noexcept                { return value; }
+    void setCount (int64_t newCount, bool notify = true)  { set (newCount, notify); }
 
-    bool equalsSameClass (const Object& other) const override;
-    void copyTo (Object& target) const override;
-    juce::String toString() const override           { return juce::String (count); }
     void save (ObjectExporter& exporter) const override;
+    /** A void state leaves the count as it is. */
     bool load (ObjectImporter& importer) override;
-
-private:
-    int64_t count = 0;
 };
 
 } // namespace tov

@@ -1,21 +1,10 @@
 #include "Uuid.h"
-#include "../Core/ObjectExporter.h"
-#include "../Core/ObjectImporter.h"
 
 namespace tov
 {
 
 TOV_BEGIN_CLASS (Uuid, { "friendlyName", "\"Universal Unique Identifier\"" })
 TOV_END_CLASS()
-
-void Uuid::set (const juce::Uuid& newValue, bool notify)
-{
-    if (newValue == value)
-        return;
-    value = newValue;
-    if (notify)
-        changed();
-}
 
 bool Uuid::isValidUuidDashedString (const juce::String& text)
 {
@@ -30,18 +19,6 @@ bool Uuid::isValidUuidDashedString (const juce::String& text)
             return false;
     }
     return true;
-}
-
-bool Uuid::equalsSameClass (const Object& other) const
-{
-    return value == static_cast<const Uuid&> (other).value;
-}
-
-void Uuid::copyTo (Object& target) const
-{
-    copyClassTo (target);
-    if (auto* uuid = dynamic_cast<Uuid*> (&target))
-        uuid->value = value;
 }
 
 void Uuid::save (ObjectExporter& exporter) const

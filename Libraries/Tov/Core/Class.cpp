@@ -617,8 +617,13 @@ void Class::setDefaultValuesRecursively (Object* object)
             // The declaration's text is a saved value: give it the version of the variable's class.
             if (auto* valueClass = variable->getClass())
                 defaultState->setVersionNumber (valueClass->getVersion());
-            ToStringExecutionContext context;
-            variable->loadFromState (context, defaultState);
+            // A default that does not load is a fault of the declaration: say so, as a wrong
+            // attribute text does, without stopping.
+            juce::String errors;
+            ToStringExecutionContext context (errors);
+            if (! variable->loadFromState (context, defaultState) || errors.isNotEmpty())
+                juce::Logger::outputDebugString ("Error: could not load default value " + getName() + "::"
+                                                 + signature->getName() + (errors.isNotEmpty() ? ": " + errors.trimEnd() : juce::String()));
         }
         if (signature->getBooleanAttribute ("propagateChildrenChanges", false))
             variable->setFlag (Object::propagateChildrenChangesFlag);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <juce_core/juce_core.h>
+#include <type_traits>
 #include <vector>
 
 /*  How a reflected class is declared.
@@ -68,21 +69,47 @@ struct ClassDeclaration
 template <class T, class MetaclassBase>
 class DeclaredClass;
 
-/** The class of a C++ type, as its declaration names it. */
+/** The class of a C++ type, as its declaration names it. Only reflected objects can be
+    member variables: anything else fails to compile here. */
 template <class T>
-Class* classOf() { return &T::getStaticClass(); }
+Class* classOf()
+{
+    static_assert (std::is_base_of_v<Object, T>,
+                   "A member variable must be a reflected object (a class declared with TOV_DECLARE_CLASS)");
+    return &T::getStaticClass();
+}
 
 /** The class of T; the pointer only selects T, so templates such as OwnedPointer<T> can reach it. */
 template <class T>
 Class* getClassPointerByLookup (const T*) { return classOf<T>(); }
 
+/** True when Base is the declared base of Derived, as a C++ base (helper templates may stand
+    between them); Object's own declaration names no base (void). */
+template <class Base, class Derived>
+constexpr bool isDeclaredBaseOf = std::is_void_v<Base> || std::is_base_of_v<Base, Derived>;
+
 } // namespace tov
 
-/** Declares a reflected class inside its body, with a metaclass derived from MetaclassBase. */
+/** Declares a reflected class inside its body. Its metaclass follows from the base class:
+    DeclaredClass over the metaclass family of BaseName (Class unless BaseName's family says
+    otherwise, as Enumeration's does). */
+#define TOV_DECLARE_CLASS(ClassName, BaseName) \
+    TOV_DECLARE_CLASS_WITH_METACLASS_TYPE (ClassName, BaseName, \
+        TOV_DECLARED_CLASS (ClassName, typename BaseName::template MetaclassFamily<ClassName>))
+
+/** Declares the head of a family of classes whose metaclasses derive from MetaclassBase: this
+    class and every class declared with it as base (directly or further down) get a metaclass
+    with MetaclassBase's overrides. */
 #define TOV_DECLARE_CLASS_WITH_METACLASS(ClassName, BaseName, MetaclassBase) \
+    TOV_DECLARE_CLASS_WITH_METACLASS_TYPE (ClassName, BaseName, TOV_DECLARED_CLASS (ClassName, MetaclassBase)) \
+    template <class Derived> using MetaclassFamily = MetaclassBase;
+
+/** Declares a reflected class whose companion metaclass is exactly Metaclass: the form under the
+    two above, and the one for a metaclass written by hand (Enumeration's EnumerationClass). */
+#define TOV_DECLARE_CLASS_WITH_METACLASS_TYPE(ClassName, BaseName, ...) \
 public: \
     using Super = BaseName; \
-    using ClassName##Class = ::tov::DeclaredClass<ClassName, MetaclassBase>; \
+    using ClassName##Class = __VA_ARGS__; \
     static ClassName##Class staticClass; \
     static ClassName##Class& getStaticClass() noexcept { return staticClass; } \
     static const ::tov::ClassDeclaration& getClassDeclaration(); \
@@ -91,11 +118,10 @@ protected: \
     const char* getDeclaredClassName() const override { return #ClassName; } \
 public:
 
-/** Declares a reflected class inside its body. */
-#define TOV_DECLARE_CLASS(ClassName, BaseName) \
-    TOV_DECLARE_CLASS_WITH_METACLASS (ClassName, BaseName, ::tov::Class)
+#define TOV_DECLARED_CLASS(ClassName, ...) ::tov::DeclaredClass<ClassName, __VA_ARGS__>
 
-/** The declaration of Object itself, the one class without a base. */
+/** The declaration of Object itself, the one class without a base. Classes declared with Object
+    as base get plain Class metaclasses. */
 #define TOV_DECLARE_ROOT_CLASS(ClassName) \
 public: \
     using Super = void; \
@@ -103,11 +129,14 @@ public: \
     static ClassName##Class staticClass; \
     static ClassName##Class& getStaticClass() noexcept { return staticClass; } \
     static const ::tov::ClassDeclaration& getClassDeclaration(); \
+    template <class Derived> using MetaclassFamily = ::tov::Class; \
 public:
 
 /** Opens the reflection of a class in its implementation file; the optional
     arguments are its class attributes, each { "name", "State text" }. */
 #define TOV_BEGIN_CLASS(ClassName, ...) \
+    static_assert (::tov::isDeclaredBaseOf<ClassName::Super, ClassName>, \
+                   "The base named in TOV_DECLARE_CLASS (" #ClassName ", ...) is not a C++ base of " #ClassName); \
     ClassName::ClassName##Class ClassName::staticClass { #ClassName }; \
     TOV_DEFINE_LOOK_UP_CLASS (ClassName) \
     const ::tov::ClassDeclaration& ClassName::getClassDeclaration() \
