@@ -3,6 +3,10 @@
 #include "Core/ClassExpression.h"
 #include "Core/DynamicallyLinkedLibrary.h"
 #include "Atomic/Atomic.h"
+#include "Pointer/NativeHandle.h"
+#include "Pointer/ObjectOwnedPointer.h"
+#include "Pointer/ObjectWeakPointer.h"
+#include "Pointer/PointerClassGenerators.h"
 #include "Standard/ExecutionContext.h"
 #include "Standard/StateObject.h"
 
@@ -84,7 +88,18 @@ Library* createTovAtomicLibrary()
     return library;
 }
 
-Library* createTovPointerLibrary()    { return createSubLibrary ("Pointer", sourceRoot + "/Pointer"); }
+Library* createTovPointerLibrary()
+{
+    auto* library = createSubLibrary ("Pointer", sourceRoot + "/Pointer");
+    library->addClass<ObjectWeakPointerBase>();
+    library->addClass<ObjectWeakPointer>();
+    library->addClassGenerator ("WeakPointer", new WeakPointerClassGenerator());
+    library->addClass<ObjectOwnedPointer>();
+    library->addClassGenerator ("OwnedPointer", new OwnedPointerClassGenerator());
+    library->addClass<NativeHandle>();
+    return library;
+}
+
 Library* createTovContainerLibrary()  { return createSubLibrary ("Container", sourceRoot + "/Container"); }
 Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }
 

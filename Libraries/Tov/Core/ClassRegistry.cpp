@@ -220,5 +220,6 @@ Class* getTemplateClass (const juce::String& templateName, Class* argument)
 
 Class* ownedVectorClass (Class* targetClass)   { return getTemplateClass ("OwnedVector", targetClass); }
 Class* ownedPointerClass (Class* targetClass)  { return getTemplateClass ("OwnedPointer", targetClass); }
+Class* weakPointerClass (Class* targetClass)   { return getTemplateClass ("WeakPointer", targetClass); }
 
 } // namespace tov

@@ -76,5 +76,6 @@ bool hasClass (const juce::String& text);
 Class* getTemplateClass (const juce::String& templateName, Class* argument);
 Class* ownedVectorClass (Class* targetClass);
 Class* ownedPointerClass (Class* targetClass);
+Class* weakPointerClass (Class* targetClass);
 
 } // namespace tov

@@ -5,6 +5,8 @@
 #include "ObjectSpace.h"
 #include "StateObjectExporter.h"
 #include "ComputeHashObjectExporter.h"
+#include "../Pointer/ObjectOwnedPointer.h"
+#include "../Pointer/ObjectWeakPointer.h"
 #include "../Standard/ExecutionContext.h"
 
 namespace tov
@@ -273,6 +275,10 @@ bool Object::acceptVariablesRecursively (ObjectPredicate& predicate, bool follow
         auto* variable = getVariable (i);
         if (! predicate.doesAcceptObject (variable) || ! variable->acceptVariablesRecursively (predicate, followOwnedPointers))
             return false;
+        auto* pointer = followOwnedPointers ? dynamic_cast<ObjectOwnedPointer*> (variable) : nullptr;
+        if (pointer != nullptr && pointer->get() != nullptr
+            && (! predicate.doesAcceptObject (pointer->get()) || ! pointer->get()->acceptVariablesRecursively (predicate, true)))
+            return false;
     }
     return true;
 }
@@ -322,6 +328,11 @@ void Object::getObjectPath (std::vector<uint64_t>& path) const
     if (parent == nullptr)
         return;
     parent->getObjectPath (path);
+    if (dynamic_cast<const ObjectOwnedPointer*> (parent) != nullptr)
+    {
+        path.push_back (0);
+        return;
+    }
     const int index = parent->findVariable (this);
     if (index >= 0)
         path.push_back ((uint64_t) index);
@@ -596,6 +607,8 @@ void Object::getFriendlyNameDependencies (VariableDependenciesDeclarator& declar
 
 juce::String Object::getAutomaticFriendlyName() const
 {
+    if (auto* owner = dynamic_cast<const ObjectOwnedPointer*> (parent))
+        return owner->getFriendlyName();
     if (auto* signature = getSignature())
         return signature->getFriendlyNameWithCapitals();
     return getClassFriendlyName();
@@ -892,7 +905,12 @@ void Object::detachAllViews()
 {
     if (views == nullptr)
         return;
-    walkViews ([this] (View* view) { view->attachedObjects.erase (this); });
+    walkViews ([this] (View* view)
+    {
+        view->attachedObjects.erase (this);
+        if (auto* weakPointer = dynamic_cast<ObjectWeakPointer*> (view))
+            weakPointer->set ((Object*) nullptr, true);
+    });
     for (auto& traversal : views->traversals)
         traversal = 0;
     views->views.clear();
@@ -901,6 +919,32 @@ void Object::detachAllViews()
 void Object::callMessageCallbackOnAllViews (void* message)
 {
     walkViews ([message] (View* view) { view->messageCallback (message); });
+}
+
+void Object::getWeakPointersToThis (std::vector<ObjectWeakPointer*>& result) const
+{
+    if (views != nullptr)
+        for (auto* view : views->views)
+            if (auto* weakPointer = dynamic_cast<ObjectWeakPointer*> (view))
+                result.push_back (weakPointer);
+}
+
+bool Object::hasWeakPointersToThis() const
+{
+    if (views != nullptr)
+        for (auto* view : views->views)
+            if (dynamic_cast<ObjectWeakPointer*> (view) != nullptr)
+                return true;
+    return false;
+}
+
+void Object::weakPointerToThisChangedCallback (ObjectWeakPointer* source)
+{
+    walkViews ([source] (View* view)
+    {
+        if (view != static_cast<View*> (source))
+            view->weakPointerToTargetChanged (source);
+    });
 }
 
 //==============================================================================

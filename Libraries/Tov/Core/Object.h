@@ -19,6 +19,7 @@ class MemberSignature;
 class ObjectExporter;
 class ObjectImporter;
 class ObjectSpace;
+class ObjectWeakPointer;
 
 /** The root of every reflected thing: values, containers, tasks, messages, classes.
 
@@ -249,6 +250,13 @@ public:
     size_t getNumViews() const noexcept                  { return views != nullptr ? views->views.size() : 0; }
     View* getView (size_t index) const                   { return views->views[index]; }
     void callMessageCallbackOnAllViews (void* message);
+
+    /** The views that are weak pointers to this object. */
+    void getWeakPointersToThis (std::vector<ObjectWeakPointer*>& result) const;
+    bool hasWeakPointersToThis() const;
+    /** Tells the views attached to this object, other than source, that a weak pointer to it
+        changed; null source skips none. */
+    void weakPointerToThisChangedCallback (ObjectWeakPointer* source);
 
 protected:
     virtual Class* lookUpClass() const;

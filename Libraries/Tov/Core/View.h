@@ -6,6 +6,7 @@ namespace tov
 {
 
 class Object;
+class ObjectWeakPointer;
 
 /** An observer of objects.
 
@@ -26,6 +27,8 @@ public:
     virtual void deinitializedCallback (Object* object) {}
     virtual void deletedCallback (Object* object) {}
     virtual void messageCallback (void* message) {}
+    /** A weak pointer to an object this view is attached to changed. */
+    virtual void weakPointerToTargetChanged (ObjectWeakPointer* source) {}
 
     /** Does nothing when already attached; with notifyNow calls changedCallback (object, object). */
     void attachObject (Object* object, bool notifyNow = false);

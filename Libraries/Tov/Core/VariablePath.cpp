@@ -1,0 +1,159 @@
+#include "VariablePath.h"
+#include "Object.h"
+#include "ObjectExporter.h"
+#include "ObjectImporter.h"
+#include "../Pointer/ObjectOwnedPointer.h"
+#include "../Pointer/ObjectWeakPointer.h"
+#include <tuple>
+
+namespace tov
+{
+
+void VariablePath::clear()
+{
+    names.clear();
+    dereferencingPointers = false;
+    dereferencingLast = false;
+}
+
+bool VariablePath::addChildPath (const juce::String& text, juce::StringRef separators, juce::StringRef quotes)
+{
+    // Without separators a text names nothing; it can only ask for dereferencing.
+    if (text.isEmpty() || separators.isEmpty())
+    {
+        if (text.isEmpty())
+            return false;
+        if (text.startsWithChar ('*'))
+            dereferencingPointers = true;
+        return true;
+    }
+
+    juce::StringArray tokens;
+    tokens.addTokens (text, separators, quotes);
+    for (auto& token : tokens)
+        if (token.isEmpty())
+            return false;
+
+    for (auto token : tokens)
+    {
+        if (token.startsWithChar ('*'))
+        {
+            dereferencingPointers = true;
+            token = token.trimCharactersAtStart ("*");
+        }
+        if (token.endsWithChar ('*'))
+        {
+            dereferencingLast = true;
+            token = token.trimCharactersAtEnd ("*");
+        }
+        names.push_back (token);
+    }
+    return true;
+}
+
+juce::String VariablePath::toString() const
+{
+    juce::String text = dereferencingPointers ? "*" : "";
+    for (size_t i = 0; i < names.size(); ++i)
+        text << (i > 0 ? "." : "") << names[i];
+    return dereferencingLast ? text + "*" : text;
+}
+
+Object* VariablePath::dereferenceIfPointer (Object* object)
+{
+    if (auto* owned = dynamic_cast<ObjectOwnedPointer*> (object))
+        return owned->get();
+    if (auto* weak = dynamic_cast<ObjectWeakPointer*> (object))
+        return weak->get();
+    return object;
+}
+
+Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String* errorMessage) const
+{
+    // A step whose result is not a member of the object it came from leaves the pure member path.
+    auto step = [changed] (Object* result, const Object* from)
+    {
+        if (changed != nullptr && (result == nullptr || result->getParent() != from))
+            *changed = true;
+        return result;
+    };
+
+    if (changed != nullptr)
+        *changed = false;
+    Object* current = root;
+    if (dereferencingPointers && ! names.empty())
+        current = step (dereferenceIfPointer (root), root);
+
+    for (auto& name : names)
+    {
+        if (dereferencingPointers && current != nullptr)
+            current = step (dereferenceIfPointer (current), current);
+        if (current == nullptr)
+        {
+            if (errorMessage != nullptr)
+                *errorMessage = "Could not dereference variable " + name;
+            return nullptr;
+        }
+
+        Object* from = current;
+        current = current->getVariableByName (name);
+        if (dereferencingLast && current != nullptr && &name == &names.back())
+            current = dereferenceIfPointer (current);
+        step (current, from);
+        if (current == nullptr)
+        {
+            if (errorMessage != nullptr)
+                *errorMessage = "Could not find variable " + name;
+            return nullptr;
+        }
+    }
+    return current;
+}
+
+Object* VariablePath::setFromChildObject (Object* object)
+{
+    std::vector<juce::String> collected;
+    while (object->hasParent() && object->hasStaticAllocationFlag())
+    {
+        auto* signature = object->getSignature();
+        if (signature == nullptr)
+            return nullptr;
+        collected.push_back (signature->getName());
+        object = object->getParent();
+    }
+    names.assign (collected.rbegin(), collected.rend());
+    return object;
+}
+
+bool VariablePath::load (ObjectImporter& importer, size_t firstIndex, juce::StringRef separators, juce::StringRef quotes)
+{
+    VariablePath loaded;
+    for (size_t i = firstIndex; i < importer.getNumVariables(); ++i)
+    {
+        ObjectImporter::Scope scope (importer, i);
+        juce::String text;
+        if (! importer.readString (text) || ! loaded.addChildPath (text, separators, quotes))
+            return false;
+    }
+    *this = std::move (loaded);
+    return true;
+}
+
+void VariablePath::save (ObjectExporter& exporter) const
+{
+    exporter.saveVariable (juce::String(), toString());
+}
+
+bool VariablePath::operator== (const VariablePath& other) const
+{
+    return names == other.names && dereferencingPointers == other.dereferencingPointers
+        && dereferencingLast == other.dereferencingLast;
+}
+
+bool VariablePath::operator< (const VariablePath& other) const
+{
+    return std::tie (names, dereferencingPointers, dereferencingLast)
+         < std::tie (other.names, other.dereferencingPointers, other.dereferencingLast);
+}
+
+} // namespace tov

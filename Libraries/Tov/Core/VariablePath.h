@@ -1,0 +1,66 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+#include <vector>
+
+namespace tov
+{
+
+class Object;
+class ObjectExporter;
+class ObjectImporter;
+
+/** The names of member variables from a root object down to one of its variables, as
+    "track.gain". A leading "*" dereferences the pointers met on the way, a trailing "*"
+    the variable reached last.
+*/
+class VariablePath
+{
+public:
+    VariablePath() = default;
+
+    bool isEmpty() const noexcept                        { return names.empty(); }
+    size_t size() const noexcept                         { return names.size(); }
+    const juce::String& operator[] (size_t index) const  { return names[index]; }
+    const std::vector<juce::String>& getNames() const noexcept  { return names; }
+    void addName (const juce::String& name)              { names.push_back (name); }
+    bool isDereferencingPointers() const noexcept        { return dereferencingPointers; }
+    bool isDereferencingLast() const noexcept            { return dereferencingLast; }
+
+    void clear();
+    void reserve (size_t numNames)                       { names.reserve (numNames); }
+
+    /** Splits the text at the separators (quotes keep separators inside them) and appends the
+        names; false, adding nothing, when a name is empty. */
+    bool addChildPath (const juce::String& text, juce::StringRef separators = ".", juce::StringRef quotes = {});
+
+    /** The names joined by ".", with the stars of the two flags. */
+    juce::String toString() const;
+
+    /** The object at the end of the path from root, or null with the reason in errorMessage.
+        changed, when given, says whether the path crossed from an owner into a child that is
+        not one of its member variables. */
+    Object* getChildObject (Object* root, bool* changed = nullptr, juce::String* errorMessage = nullptr) const;
+    /** Stores the names from the object's root down to it, and returns that root: the first
+        object up the parents that is not embedded, or has no parent. Null, storing nothing,
+        when an embedded object on the way has no signature. */
+    Object* setFromChildObject (Object* object);
+    /** The pointed object of an owned or weak pointer; any other object itself. */
+    static Object* dereferenceIfPointer (Object* object);
+
+    /** Reads the strings of the variables from firstIndex on; false leaves the path as it was. */
+    bool load (ObjectImporter& importer, size_t firstIndex, juce::StringRef separators = ".", juce::StringRef quotes = {});
+    /** One unnamed string, the path's text. */
+    void save (ObjectExporter& exporter) const;
+
+    bool operator== (const VariablePath& other) const;
+    bool operator!= (const VariablePath& other) const   { return ! operator== (other); }
+    bool operator< (const VariablePath& other) const;
+
+private:
+    std::vector<juce::String> names;
+    bool dereferencingPointers = false;
+    bool dereferencingLast = false;
+};
+
+} // namespace tov
