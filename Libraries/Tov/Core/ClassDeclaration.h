@@ -69,19 +69,27 @@ struct ClassDeclaration
 template <class T, class MetaclassBase>
 class DeclaredClass;
 
-/** The class of a C++ type, as its declaration names it. Only reflected objects can be
-    member variables: anything else fails to compile here. */
+/** True for the typed fronts of generated classes (OwnedPointer<T>, ...), which name their
+    class through a static lookUpTemplateClass. */
+template <class T, class = void>
+struct HasTemplateClass : std::false_type {};
+
+template <class T>
+struct HasTemplateClass<T, std::void_t<decltype (T::lookUpTemplateClass())>> : std::true_type {};
+
+/** The class of a C++ type, as its declaration names it, or as its template generates it
+    ("OwnedPointer(Foo)" for OwnedPointer<Foo>). Only reflected objects can be member
+    variables: anything else fails to compile here. */
 template <class T>
 Class* classOf()
 {
     static_assert (std::is_base_of_v<Object, T>,
                    "A member variable must be a reflected object (a class declared with TOV_DECLARE_CLASS)");
-    return &T::getStaticClass();
+    if constexpr (HasTemplateClass<T>::value)
+        return T::lookUpTemplateClass();
+    else
+        return &T::getStaticClass();
 }
-
-/** The class of T; the pointer only selects T, so templates such as OwnedPointer<T> can reach it. */
-template <class T>
-Class* getClassPointerByLookup (const T*) { return classOf<T>(); }
 
 /** True when Base is the declared base of Derived, as a C++ base (helper templates may stand
     between them); Object's own declaration names no base (void). */

@@ -21,9 +21,11 @@ public:
     T* release()                                     { return static_cast<T*> (ObjectOwnedPointer::release()); }
 
     juce::String getClassName() const override       { return "OwnedPointer(" + classOf<T>()->getName() + ")"; }
+    /** "OwnedPointer(T)", made when first named. */
+    static Class* lookUpTemplateClass()              { return ownedPointerClass (classOf<T>()); }
 
 protected:
-    Class* lookUpClass() const override              { return ownedPointerClass (getClassPointerByLookup ((const T*) nullptr)); }
+    Class* lookUpClass() const override              { return lookUpTemplateClass(); }
 };
 
 } // namespace tov

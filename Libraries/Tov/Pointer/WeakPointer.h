@@ -20,9 +20,11 @@ public:
     void set (T* target, bool notify = true)         { ObjectWeakPointer::set (target, notify); }
 
     juce::String getClassName() const override       { return "WeakPointer(" + classOf<T>()->getName() + ")"; }
+    /** "WeakPointer(T)", made when first named. */
+    static Class* lookUpTemplateClass()              { return weakPointerClass (classOf<T>()); }
 
 protected:
-    Class* lookUpClass() const override              { return weakPointerClass (getClassPointerByLookup ((const T*) nullptr)); }
+    Class* lookUpClass() const override              { return lookUpTemplateClass(); }
 };
 
 } // namespace tov
