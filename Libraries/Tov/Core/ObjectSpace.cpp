@@ -25,8 +25,7 @@ ObjectSpace::~ObjectSpace()
 //==============================================================================
 Object* ObjectSpace::getObject (UniqueIdentifier identifier) const
 {
-    const auto found = objectTable.find (identifier);
-    return found != objectTable.end() ? found->second : nullptr;
+    return objectTable.find (identifier);
 }
 
 void ObjectSpace::addObject (Object* object, UniqueIdentifier& identifier)
@@ -42,22 +41,21 @@ void ObjectSpace::addObject (Object* object, UniqueIdentifier& identifier)
     }
     else
     {
-        for (auto found = objectTable.find (identifier); found != objectTable.end(); found = objectTable.find (identifier))
+        while (auto* holder = objectTable.find (identifier))
         {
-            logIdentifierConflict (*found->second, *object, identifier);
+            logIdentifierConflict (*holder, *object, identifier);
             identifier.setFromInt64 (identifier.getInt64() + 1);
         }
     }
 
-    objectTable.insert_or_assign (identifier, object);
+    objectTable.set (identifier, object);
     if (isRoot)
         rootObject.set (object);
 }
 
 void ObjectSpace::removeObject (UniqueIdentifier identifier)
 {
-    if (identifier.isNotNull())
-        objectTable.erase (identifier);
+    objectTable.erase (identifier);
 }
 
 // The generator of the service above the space, or else of the current service: until
@@ -79,17 +77,19 @@ void ObjectSpace::getObjectDescriptions (std::vector<ObjectDescription>& out, co
     {
         out.resize (objectTable.size());
         size_t i = 0;
-        for (const auto& [identifier, object] : objectTable)
+        objectTable.forEach ([&] (UniqueIdentifier identifier, Object* object)
+        {
             out[i++] = { identifier, object->getClass(), object->getFriendlyName() };
+        });
         return;
     }
 
-    for (const auto& [identifier, object] : objectTable)
+    objectTable.forEach ([&] (UniqueIdentifier identifier, Object* object)
     {
         const Class* objectClass = object->getClass();
         if (exactClass ? objectClass == filter : Class::inheritsFrom (objectClass, filter))
             out.emplace_back (identifier, objectClass, object->getFriendlyName());
-    }
+    });
 }
 
 //==============================================================================

@@ -3,10 +3,10 @@
 #include "../Atomic/NameableObject.h"
 #include "MirroringExclusionListStandIn.h"
 #include "ObjectSpaceView.h"
+#include "ObjectTable.h"
 #include "OwnedPointerStandIn.h"
 #include "UniqueIdentifier.h"
 #include <tuple>
-#include <unordered_map>
 #include <vector>
 
 namespace tov
@@ -154,7 +154,7 @@ public:
     const MirroringExclusionListStandIn& getMirroringExclusionList() const noexcept { return mirroringExclusionList; }
 
 private:
-    std::unordered_map<UniqueIdentifier, Object*, UniqueIdentifierHash> objectTable;
+    ObjectTable objectTable;
     OwnedPointerStandIn rootObject;
     std::vector<ObjectSpaceView*> views;
     MirrorerObjectSpaceView* mirrorer = nullptr;
