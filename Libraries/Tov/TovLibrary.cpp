@@ -2,6 +2,7 @@
 #include "Core/Library.h"
 #include "Core/ClassExpression.h"
 #include "Core/DynamicallyLinkedLibrary.h"
+#include "Core/ObjectSpace.h"
 #include "Atomic/Atomic.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
@@ -27,6 +28,7 @@ Library* createTovCoreLibrary()
     library->addClass<Class>();
     library->addClass<Library>();
     library->addClass<DynamicallyLinkedLibrary>();
+    library->addClass<ObjectSpace>();
     return library;
 }
 
