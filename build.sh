@@ -24,10 +24,12 @@ build() {
     cmake --build build -j"$(nproc)"
 }
 
-# The main job: the object model example, then tov-state on the shipped documents.
+# The main job: the object model and object space examples, then tov-state on the shipped documents.
 run_main() {
     local tool=./build/Tools/tov-state documents=Examples/Documents
     ./build/Examples/ObjectModelExample
+    echo "== ObjectSpaceExample"
+    ./build/Examples/ObjectSpaceExample
     echo "== tov-state check $documents/*"
     "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"
     echo "== tov-state format $documents/scene.txt"

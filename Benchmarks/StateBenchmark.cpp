@@ -1,5 +1,6 @@
 #include "BenchmarkDocument.h"
 #include <Tov/Standard/ExecutionContext.h>
+#include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -267,11 +268,7 @@ void settleAllocator()
 int main (int argc, char** argv)
 {
     settleAllocator();
-    std::vector<char*> arguments { argv[0], const_cast<char*> ("--benchmark_enable_random_interleaving=true") };
-    arguments.insert (arguments.end(), argv + 1, argv + argc);
-    int numArguments = (int) arguments.size();
-    benchmark::Initialize (&numArguments, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments (numArguments, arguments.data()))
+    if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
 
     for (const auto& size : documentSizes)

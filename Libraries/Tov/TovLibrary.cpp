@@ -2,6 +2,7 @@
 #include "Core/Library.h"
 #include "Core/ClassExpression.h"
 #include "Core/DynamicallyLinkedLibrary.h"
+#include "Core/ObjectSpace.h"
 #include "Atomic/Atomic.h"
 #include "Standard/ExecutionContext.h"
 #include "Standard/StateObject.h"
@@ -23,6 +24,7 @@ Library* createTovCoreLibrary()
     library->addClass<Class>();
     library->addClass<Library>();
     library->addClass<DynamicallyLinkedLibrary>();
+    library->addClass<ObjectSpace>();
     return library;
 }
 

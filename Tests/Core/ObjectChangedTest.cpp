@@ -1,3 +1,4 @@
+#include "Support/RecordingSpaceView.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectSpace.h>
 #include <gtest/gtest.h>
@@ -15,18 +16,12 @@ public:
 
     void changedCallback (Object* object, Object* changedObject) override
     {
-        log.push_back (name + ": " + describe (object) + " <- " + describe (changedObject));
+        log.push_back (name + ": " + describeObject (object) + " <- " + describeObject (changedObject));
         if (onChanged)
             onChanged();
     }
     void deletedCallback (Object* object) override       { log.push_back (name + ": deleted"); }
     void deinitializedCallback (Object* object) override { log.push_back (name + ": deinitialized"); }
-
-    static juce::String describe (Object* object)
-    {
-        auto* signature = object->getSignature();
-        return signature != nullptr ? signature->getName() : object->getClassName();
-    }
 
     std::function<void()> onChanged;
 
@@ -60,7 +55,7 @@ public:
 
     void variableChangedCallback (Object* variable, Object* changedObject) override
     {
-        callbacks.push_back (RecordingView::describe (variable) + " <- " + RecordingView::describe (changedObject));
+        callbacks.push_back (describeObject (variable) + " <- " + describeObject (changedObject));
     }
 
     bool shouldIncrementNumChanges (Object*, Object*) override { return countChanges; }
@@ -69,13 +64,6 @@ public:
 TOV_BEGIN_CLASS (Holder)
     TOV_VARIABLE (counter)
 TOV_END_CLASS()
-
-class RecordingSpace : public ObjectSpace
-{
-public:
-    std::vector<Object*> changedObjects;
-    void sendObjectChanged (Object* object) override { changedObjects.push_back (object); }
-};
 
 /** Gives the holder a new Shape child, sets the child's width while views on both record, and
     returns what they saw. */
@@ -166,17 +154,16 @@ TEST (ObjectChangedTest, VariableChangedCallbackSeesEveryLevel)
 
 TEST (ObjectChangedTest, SpaceIsToldBeforeViews)
 {
-    RecordingSpace space;
+    std::vector<juce::String> log;
+    ObjectSpace space;
+    addRecordingView (space, log, "space: ");
     auto shape = createOwned<Shape>();
     shape->callInitializeObject (&space, nullptr, nullptr);
-    std::vector<juce::String> log;
     RecordingView view ("view", log);
     view.attachObject (shape.get());
-    view.onChanged = [&] { log.push_back ("space saw " + juce::String ((int) space.changedObjects.size())); };
 
     shape->width.set (1);
-    EXPECT_EQ (space.changedObjects, (std::vector<Object*> { &shape->width }));
-    EXPECT_EQ (log, (std::vector<juce::String> { "view: Shape <- width", "space saw 1" }));
+    EXPECT_EQ (log, (std::vector<juce::String> { "space: changed width", "view: Shape <- width" }));
     shape->callDeinitializeObject();
 }
 

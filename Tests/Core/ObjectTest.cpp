@@ -1,3 +1,4 @@
+#include "Support/RecordingSpaceView.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Standard/ExecutionContext.h>
@@ -355,65 +356,60 @@ TEST (ObjectTest, FriendlyNames)
     EXPECT_EQ (Shape::staticClass.getDefaultObject()->getFriendlyName(), "Geometric Shape Default Object");
 }
 
-namespace
-{
-class RecordingSpace : public ObjectSpace
-{
-public:
-    std::vector<juce::String> events;
-    void addObject (Object* object, UniqueIdentifier identifier) override         { events.push_back ("add " + object->getClassName()); }
-    void removeObject (Object* object, UniqueIdentifier identifier) override      { events.push_back ("remove " + object->getClassName()); }
-    void sendObjectCreated (Object* object) override     { events.push_back ("created " + object->getClassName()); }
-    void sendObjectChanged (Object* object) override     { events.push_back ("changed " + object->getClassName()); }
-    void sendObjectPreDeleted (Object* object) override  { events.push_back ("preDeleted " + object->getClassName()); }
-    void sendObjectDestroyed (Object* object) override   { events.push_back ("destroyed " + object->getClassName()); }
-};
-}
-
 TEST (ObjectTest, StaticObjectInASpaceSendsNoCreationEvent)
 {
-    RecordingSpace space;
+    std::vector<juce::String> events;
+    ObjectSpace space;
+    addRecordingView (space, events);
     Empty object;
     object.callInitializeObject (&space, &Empty::staticClass, nullptr);
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Empty" }));
+    EXPECT_TRUE (events.empty());
     EXPECT_TRUE (object.isObjectInitialized());
     EXPECT_EQ (object.getSpace(), &space);
+    EXPECT_EQ (space.getNumObjects(), 0u);
     object.callDeinitializeObject();
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Empty", "preDeleted Empty", "remove Empty" }));
+    EXPECT_EQ (events, (std::vector<juce::String> { "preDeleted Empty" }));
     EXPECT_EQ (object.getSpace(), nullptr);
     EXPECT_FALSE (object.isObjectInitialized());
 }
 
 TEST (ObjectTest, UnreferencedObjectAnnouncesItselfAtFirstReference)
 {
-    RecordingSpace space;
+    std::vector<juce::String> events;
+    ObjectSpace space;
+    addRecordingView (space, events);
     auto* object = create<Empty>();
     object->callInitializeObject (&space, nullptr, nullptr);
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Empty" }));
+    EXPECT_TRUE (events.empty());
+    EXPECT_EQ (space.getObject (object->getUniqueIdentifier()), object);
     object->incrementReferenceCounter();
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Empty", "created Empty" }));
+    EXPECT_EQ (events, (std::vector<juce::String> { "created Empty" }));
     object->decrementReferenceCounter (true);
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Empty", "created Empty", "destroyed Empty", "preDeleted Empty", "remove Empty" }));
+    EXPECT_EQ (events, (std::vector<juce::String> { "created Empty", "destroyed Empty", "preDeleted Empty" }));
+    EXPECT_EQ (space.getNumObjects(), 0u);
 }
 
 TEST (ObjectTest, ReferencedObjectAnnouncesItselfOnInitialisation)
 {
-    RecordingSpace space;
+    std::vector<juce::String> events;
+    ObjectSpace space;
+    addRecordingView (space, events);
     Owned<Empty> object (create<Empty>());
     object->incrementReferenceCounter();
     object->callInitializeObject (&space, nullptr, nullptr);
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Empty", "created Empty" }));
+    EXPECT_EQ (events, (std::vector<juce::String> { "created Empty" }));
     object->callDeinitializeObject();
 }
 
 TEST (ObjectTest, InitialisationReachesVariables)
 {
-    RecordingSpace space;
+    ObjectSpace space;
     Owned<Shape> shape (create<Shape>());
     shape->callInitializeObject (&space, nullptr, nullptr);
     EXPECT_TRUE (shape->width.isObjectInitialized());
     EXPECT_EQ (shape->width.getSpace(), &space);
-    EXPECT_EQ (space.events, (std::vector<juce::String> { "add Shape", "add TestText", "add TestInteger" }));
+    // Member variables are reached through their owner, not through the table.
+    EXPECT_EQ (space.getNumObjects(), 1u);
     shape->callDeinitializeObject();
     EXPECT_FALSE (shape->width.isObjectInitialized());
 }

@@ -811,8 +811,7 @@ void Object::callDeinitializeObject()
         deinitializeObject();
         if (space != nullptr)
         {
-            const UniqueIdentifier identifier = uniqueIdentifier;
-            space->removeObject (this, identifier);
+            space->removeObject (uniqueIdentifier);
             space = nullptr;
         }
     }

@@ -1,0 +1,216 @@
+#include "ObjectSpace.h"
+#include "../Message/Message.h"
+#include "../Standard/ExecutionContext.h"
+#include "../Standard/ServiceRandomGeneratorStandIn.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (ObjectSpace)
+TOV_END_CLASS()
+
+ObjectSpace::ObjectSpace (const juce::String& spaceName)
+{
+    name.set (spaceName, false);
+}
+
+ObjectSpace::~ObjectSpace()
+{
+    disableMirroring();
+    deleteRootObject();
+    disableTransactions();
+    deleteViews();
+}
+
+//==============================================================================
+Object* ObjectSpace::getObject (UniqueIdentifier identifier) const
+{
+    return objectTable.find (identifier);
+}
+
+void ObjectSpace::addObject (Object* object, UniqueIdentifier& identifier)
+{
+    if (object->hasStaticAllocationFlag())
+        return;
+
+    const bool isRoot = identifier == UniqueIdentifier::getRootIdentifier();
+    if (identifier.isNull())
+    {
+        // A random value is taken as it comes: the table is not asked, and a collision overwrites.
+        identifier = makeRandomIdentifier();
+    }
+    else
+    {
+        while (auto* holder = objectTable.find (identifier))
+        {
+            logIdentifierConflict (*holder, *object, identifier);
+            identifier.setFromInt64 (identifier.getInt64() + 1);
+        }
+    }
+
+    objectTable.set (identifier, object);
+    if (isRoot)
+        rootObject.set (object);
+}
+
+void ObjectSpace::removeObject (UniqueIdentifier identifier)
+{
+    objectTable.erase (identifier);
+}
+
+// The generator of the service above the space, or else of the current service: until
+// services exist, the calling thread's stand-in is both.
+UniqueIdentifier ObjectSpace::makeRandomIdentifier() const
+{
+    return UniqueIdentifier (ServiceRandomGeneratorStandIn::sampleInt64());
+}
+
+void ObjectSpace::logIdentifierConflict (const Object& holder, const Object& newcomer, UniqueIdentifier identifier) const
+{
+    ExecutionContext::get().error ("!!!!!!!!! UID Conflict !!!!!!!!!" + holder.getFriendlyName() + " vs. " + newcomer.getFriendlyName()
+                                   + " both have UID " + identifier.to64BitsHexadecimalString());
+}
+
+void ObjectSpace::getObjectDescriptions (std::vector<ObjectDescription>& out, const Class* filter, bool exactClass) const
+{
+    if (filter == nullptr)
+    {
+        out.resize (objectTable.size());
+        size_t i = 0;
+        objectTable.forEach ([&] (UniqueIdentifier identifier, Object* object)
+        {
+            out[i++] = { identifier, object->getClass(), object->getFriendlyName() };
+        });
+        return;
+    }
+
+    objectTable.forEach ([&] (UniqueIdentifier identifier, Object* object)
+    {
+        const Class* objectClass = object->getClass();
+        if (exactClass ? objectClass == filter : Class::inheritsFrom (objectClass, filter))
+            out.emplace_back (identifier, objectClass, object->getFriendlyName());
+    });
+}
+
+//==============================================================================
+void ObjectSpace::setRootObject (Object* object, bool byIdentifier)
+{
+    if (object == nullptr)
+        return;
+    object->removeStaticAllocationFlag();
+    if (byIdentifier)
+        object->setUniqueIdentifier (UniqueIdentifier::getRootIdentifier());
+    else
+        rootObject.set (object);
+    object->callInitializeObject (this, nullptr, this);
+}
+
+void ObjectSpace::deleteRootObject()
+{
+    if (rootObject.get() == nullptr)
+        return;
+    rootObject.set (nullptr);
+    objectTable.clear();
+}
+
+//==============================================================================
+void ObjectSpace::addView (ObjectSpaceView* view)
+{
+    views.push_back (view);
+}
+
+void ObjectSpace::removeView (ObjectSpaceView* view)
+{
+    const auto found = std::find (views.begin(), views.end(), view);
+    if (found == views.end())
+        return;
+    views.erase (found);
+    view->resetObjectSpace();
+}
+
+void ObjectSpace::deleteViews()
+{
+    // Taken out first, so that a view that removes itself as it goes cannot make another be skipped.
+    std::vector<ObjectSpaceView*> deleted;
+    deleted.swap (views);
+    for (auto* view : deleted)
+        delete view;
+}
+
+//==============================================================================
+// Until transactions exist there is no maker to make: the space stays without one, and every
+// switch answers as for a space whose transactions are disabled.
+void ObjectSpace::enableTransactions (MessageTarget&, MessageTarget&)                             {}
+void ObjectSpace::disableTransactions()                                                           {}
+TransactionBuilderImplementation* ObjectSpace::startTransaction (const juce::String&, const Object&) { return nullptr; }
+TransactionBuilderImplementation* ObjectSpace::startVolatileTransaction()                        { return nullptr; }
+void ObjectSpace::finishTransaction (TransactionBuilderImplementation*)                           {}
+void ObjectSpace::startBypassTransaction()                                                        {}
+void ObjectSpace::finishBypassTransaction()                                                       {}
+bool ObjectSpace::isInsideNonVolatileTransaction() const                                          { return false; }
+bool ObjectSpace::isInsideVolatileTransaction() const                                             { return false; }
+void ObjectSpace::storeValueForTransaction (const Object&, bool, bool)                            {}
+
+//==============================================================================
+// Until mirroring exists there is no mirrorer to make: targets are not kept, and every switch
+// answers as for a space that mirrors to nobody.
+void ObjectSpace::addMirroringTargetIdentifier (const Object&, const Object&) {}
+void ObjectSpace::removeMirroringTargetIdentifier (const Object&)             {}
+void ObjectSpace::disableMirroring()                                          {}
+
+void ObjectSpace::updateMirroring (double, double)
+{
+    ageMirroringExclusionList();
+}
+
+bool ObjectSpace::pushMessageToMirroringTargets (Message* message)
+{
+    if (message != nullptr)
+        message->deleteThis();
+    return false;
+}
+
+//==============================================================================
+void ObjectSpace::addToMirroringExclusionList (const Object& object, int lifeCounter)
+{
+    const int index = mirroringExclusionList.find (object);
+    if (index >= 0)
+        mirroringExclusionList.setValue ((size_t) index, lifeCounter);
+    else
+        mirroringExclusionList.add (object, lifeCounter);
+}
+
+bool ObjectSpace::isInMirroringExclusionList (const Object& object) const
+{
+    for (size_t i = 0; i < mirroringExclusionList.getNumEntries(); ++i)
+    {
+        const Object* excluded = mirroringExclusionList.getObject (i);
+        if (excluded == nullptr)
+            continue;
+        // The object itself, or an owner across embedding only.
+        for (const Object* level = &object; level != nullptr; level = level->hasStaticAllocationFlag() ? level->getParent() : nullptr)
+            if (level == excluded)
+                return true;
+    }
+    return false;
+}
+
+// 1 on a live entry ends it; 1 on a dead one stays, and the walk above ignores it; larger
+// values count down; 0 and negative values stay as they are.
+void ObjectSpace::ageMirroringExclusionList()
+{
+    for (size_t i = 0; i < mirroringExclusionList.getNumEntries();)
+    {
+        const int lifeCounter = mirroringExclusionList.getValue (i);
+        if (lifeCounter == 1 && mirroringExclusionList.getObject (i) != nullptr)
+        {
+            mirroringExclusionList.remove (i);
+            continue;
+        }
+        if (lifeCounter > 1)
+            mirroringExclusionList.setValue (i, lifeCounter - 1);
+        ++i;
+    }
+}
+
+} // namespace tov

@@ -1,0 +1,34 @@
+#include "ObjectSpaceProvider.h"
+#include "Object.h"
+
+namespace tov
+{
+
+ObjectSpace* ObjectSpaceProvider::getSpaceByName (const juce::String& name) const
+{
+    auto* object = dynamic_cast<const Object*> (this);
+    if (object == nullptr)
+        return nullptr;
+    return getSpaceByName (get (*object, true), name);
+}
+
+ObjectSpaceProvider* ObjectSpaceProvider::get (const Object& object, bool skipSelf)
+{
+    const Object* level = skipSelf ? object.getParent() : &object;
+    for (; level != nullptr; level = level->getParent())
+        if (auto* provider = dynamic_cast<const ObjectSpaceProvider*> (level))
+            return const_cast<ObjectSpaceProvider*> (provider);
+    return nullptr;
+}
+
+ObjectSpace* ObjectSpaceProvider::getSpaceByName (const Object& object, const juce::String& name)
+{
+    return getSpaceByName (get (object, false), name);
+}
+
+ObjectSpace* ObjectSpaceProvider::getSpaceByName (const ObjectSpaceProvider* provider, const juce::String& name)
+{
+    return provider != nullptr ? provider->getSpaceByName (name) : nullptr;
+}
+
+} // namespace tov

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tov
+{
+
+/** Stands in for the random generator of the service that owns the calling code, until
+    services have generators of their own.
+
+    A service's generator belongs to the service's thread, so until then each thread has
+    one: a 48-bit linear congruential generator, seeded from the high-resolution clock the
+    first time the thread asks. Object spaces draw the identifiers of new objects from it.
+*/
+class ServiceRandomGeneratorStandIn
+{
+public:
+    /** 64 random bits of the calling thread's generator: two 32-bit samples, the first in the high half. */
+    static uint64_t sampleInt64();
+
+    /** Sets the calling thread's generator to that state, with no step taken. */
+    static void setSeed (int64_t seed);
+};
+
+} // namespace tov
