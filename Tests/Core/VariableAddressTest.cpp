@@ -105,7 +105,7 @@ TEST_F (VariableAddressTest, SavesAsSpaceIdentifierAndPath)
     holder.address.setObject (&child->value, nullptr);
     const auto identifier = child->getUniqueIdentifier().to64BitsHexadecimalString();
     auto state = StateObjectExporter::make (holder, 0, false);
-    EXPECT_EQ (state->saveToString(), "{\"scene\"; " + identifier + "; \"value\"}\n");
+    EXPECT_EQ (state->saveToString(), "{\"scene\", -> " + identifier + ", \"value\"}\n");
 
     AddressHolder loaded;
     ToStringExecutionContext context;
@@ -117,10 +117,10 @@ TEST_F (VariableAddressTest, ALoneIdentifierSavesAsItself)
 {
     AddressHolder holder;
     holder.address.setRootUniqueIdentifier (UniqueIdentifier (0x42));
-    EXPECT_EQ (StateObjectExporter::make (holder, 0, false)->saveToString(), "@42\n");
+    EXPECT_EQ (StateObjectExporter::make (holder, 0, false)->saveToString(), "-> @42\n");
     AddressHolder loaded;
     ToStringExecutionContext context;
-    ASSERT_TRUE (loaded.loadFromState (context, parse ("@42")));
+    ASSERT_TRUE (loaded.loadFromState (context, parse ("-> @42")));
     EXPECT_EQ (loaded.address.getRootUniqueIdentifier(), UniqueIdentifier (0x42));
 }
 

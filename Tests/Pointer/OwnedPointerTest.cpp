@@ -8,6 +8,14 @@ namespace
 {
 class OwnedPointerTest : public PointerTest {};
 
+/** Hears of the deletion of the object it watches. */
+struct DeletionWatcher : View
+{
+    explicit DeletionWatcher (Object& object)  { attachObject (&object); }
+    void deletedCallback (Object*) override    { deleted = true; }
+    bool deleted = false;
+};
+
 Owned<Node> makeOwnedNode (const juce::String& name, int64_t value = 0)
 {
     ensurePointerTestLibrary();
@@ -45,8 +53,9 @@ TEST_F (OwnedPointerTest, ResetDeletesAStrictlyOwnedObject)
     auto owner = makeOwnedNode ("owner");
     Node* child = makeNode ("child");
     owner->child.set (child);
+    DeletionWatcher watcher (*child);
     owner->child.reset();
-    EXPECT_TRUE (Object::hasBeenDeleted (child));
+    EXPECT_TRUE (watcher.deleted);
     EXPECT_EQ (owner->child.get(), nullptr);
 }
 
@@ -75,7 +84,7 @@ TEST_F (OwnedPointerTest, ReleaseGivesUpOneCountWithoutDeleting)
     EXPECT_EQ (owner->child.release(), child);
     EXPECT_FALSE (Object::hasBeenDeleted (child));
     EXPECT_EQ (child->getReferenceCount(), 0u);
-    EXPECT_EQ (owner->release(), nullptr);
+    EXPECT_EQ (owner->child.release(), nullptr);
     child->deleteThis();
 }
 
@@ -186,7 +195,7 @@ TEST_F (OwnedPointerTest, ToStringShowsThePointedObjectInAngleBrackets)
     auto owner = makeOwnedNode ("owner");
     EXPECT_EQ (owner->child.toString(), "<>");
     owner->child.set (makeNode ("leaf", 3));
-    EXPECT_EQ (owner->child.toString(), "<Node(leaf, 3, <>, <>, )>");
+    EXPECT_EQ (owner->child.toString(), "<Node(leaf, 3, <>, <>, nil)>");
 }
 
 TEST_F (OwnedPointerTest, SavesThePointedObjectAndLoadsItBack)
@@ -194,7 +203,7 @@ TEST_F (OwnedPointerTest, SavesThePointedObjectAndLoadsItBack)
     auto owner = makeOwnedNode ("owner");
     owner->child.set (makeNode ("leaf", 3));
     auto state = owner->makeState();
-    EXPECT_EQ (state->saveToString(), "{name = \"owner\"; child => {name = \"leaf\"; value = 3}}\n");
+    EXPECT_EQ (state->saveToString(), "{name = \"owner\", child = => {name = \"leaf\", value = 3}}\n");
 
     auto copy = makeOwnedNode ("");
     ToStringExecutionContext context;

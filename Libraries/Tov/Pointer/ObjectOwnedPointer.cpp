@@ -154,7 +154,11 @@ bool ObjectOwnedPointer::loadIntoExistingObject (ObjectImporter& importer)
     if (importer.getCurrentType() != StateType::ownedPointerType || object == nullptr)
         return false;
     auto embedded = importer.getCurrentState()->getOwnedPointer();
-    if (embedded == nullptr || embedded->getUniqueIdentifier().isNotNull() || embedded->getClass() != object->getClass())
+    if (embedded == nullptr || embedded->getUniqueIdentifier().isNotNull())
+        return false;
+    // A state that names no class holds an object of the target class, as loading it anew would make.
+    Class* embeddedClass = embedded->getClassExpression() != nullptr ? embedded->getClass() : getTargetClass();
+    if (embeddedClass != object->getClass())
         return false;
     importer.enter (embedded);
     object->load (importer);

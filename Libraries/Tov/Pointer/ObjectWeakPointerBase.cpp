@@ -20,9 +20,11 @@ bool ObjectWeakPointerBase::equalsSameClass (const Object& other) const
     auto& pointer = static_cast<const ObjectWeakPointerBase&> (other);
     if (object != nullptr && pointer.object != nullptr)
         return object == pointer.object;
-    if (address.isNull() && pointer.address.isNull())
+    const auto& ownAddress = getAddress();
+    const auto& otherAddress = pointer.getAddress();
+    if (ownAddress.isNull() && otherAddress.isNull())
         return object == nullptr && pointer.object == nullptr;
-    return address == pointer.address;
+    return ownAddress == otherAddress;
 }
 
 juce::String ObjectWeakPointerBase::toString() const

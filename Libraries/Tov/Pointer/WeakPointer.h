@@ -17,6 +17,7 @@ public:
     T* get (juce::String* errorMessage = nullptr) const  { return static_cast<T*> (ObjectWeakPointer::get (errorMessage)); }
     T* operator->() const                            { return get(); }
     T* getIfAlreadyCached() const noexcept           { return static_cast<T*> (ObjectWeakPointer::getIfAlreadyCached()); }
+    using ObjectWeakPointer::set;
     void set (T* target, bool notify = true)         { ObjectWeakPointer::set (target, notify); }
 
     juce::String getClassName() const override       { return "WeakPointer(" + classOf<T>()->getName() + ")"; }
