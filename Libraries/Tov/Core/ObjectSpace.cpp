@@ -11,6 +11,7 @@ TOV_END_CLASS()
 
 ObjectSpace::ObjectSpace (const juce::String& spaceName)
 {
+    rootObject.setParent (this);
     name.set (spaceName, false);
 }
 
@@ -50,7 +51,7 @@ void ObjectSpace::addObject (Object* object, UniqueIdentifier& identifier)
 
     objectTable.set (identifier, object);
     if (isRoot)
-        rootObject.set (object);
+        holdRoot (object);
 }
 
 void ObjectSpace::removeObject (UniqueIdentifier identifier)
@@ -101,15 +102,23 @@ void ObjectSpace::setRootObject (Object* object, bool byIdentifier)
     if (byIdentifier)
         object->setUniqueIdentifier (UniqueIdentifier::getRootIdentifier());
     else
-        rootObject.set (object);
+        holdRoot (object);
     object->callInitializeObject (this, nullptr, this);
+}
+
+void ObjectSpace::holdRoot (Object* object)
+{
+    // The pointer owns the root, but the root's parent is the space itself, so that names and
+    // paths go from the space straight to the root.
+    rootObject.set (object, true);
+    object->setParent (this);
 }
 
 void ObjectSpace::deleteRootObject()
 {
     if (rootObject.get() == nullptr)
         return;
-    rootObject.set (nullptr);
+    rootObject.set (nullptr, false);
     objectTable.clear();
 }
 

@@ -4,7 +4,7 @@
 #include "MirroringExclusionListStandIn.h"
 #include "ObjectSpaceView.h"
 #include "ObjectTable.h"
-#include "OwnedPointerStandIn.h"
+#include "../Pointer/ObjectOwnedPointer.h"
 #include "UniqueIdentifier.h"
 #include <tuple>
 #include <vector>
@@ -49,7 +49,7 @@ public:
 
     using ObjectDescription = std::tuple<UniqueIdentifier, const Class*, juce::String>;
 
-    ObjectSpace() = default;
+    ObjectSpace()                                        { rootObject.setParent (this); }
     explicit ObjectSpace (const juce::String& name);
     /** Switches mirroring off, deletes the root, switches transactions off, deletes the views. */
     ~ObjectSpace() override;
@@ -155,13 +155,14 @@ public:
 
 private:
     ObjectTable objectTable;
-    OwnedPointerStandIn rootObject;
+    ObjectOwnedPointer rootObject;
     std::vector<ObjectSpaceView*> views;
     MirrorerObjectSpaceView* mirrorer = nullptr;
     TransactionMakerObjectSpaceView* transactionMaker = nullptr;
     MirroringExclusionListStandIn mirroringExclusionList;
 
     UniqueIdentifier makeRandomIdentifier() const;
+    void holdRoot (Object* object);
     void logIdentifierConflict (const Object& holder, const Object& newcomer, UniqueIdentifier identifier) const;
     void ageMirroringExclusionList();
 
