@@ -24,7 +24,15 @@ ObjectWeakPointer::~ObjectWeakPointer()
 
 Class* ObjectWeakPointer::getTargetClass() const
 {
-    return getClass()->getClassAttribute ("target", &Object::staticClass);
+    if (targetClass == nullptr)
+        targetClass = getClass()->getClassAttribute ("target", &Object::staticClass);
+    return targetClass;
+}
+
+void ObjectWeakPointer::setClass (Class* newClass)
+{
+    ObjectWeakPointerBase::setClass (newClass);
+    targetClass = nullptr;
 }
 
 void ObjectWeakPointer::attachToObject (Object* target)

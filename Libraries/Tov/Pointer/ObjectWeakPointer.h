@@ -35,7 +35,8 @@ public:
     Object* get (juce::String* errorMessage = nullptr) const  { return const_cast<ObjectWeakPointer*> (this)->get (errorMessage); }
     /** The cached target alone; never resolves. */
     Object* getIfAlreadyCached() const noexcept      { return object; }
-    /** The class attribute "target", Object by default. */
+    /** The class attribute "target", Object by default; kept until the class changes, since
+        every resolution checks it. */
     Class* getTargetClass() const;
 
     void set (Object* target, bool notify = true);
@@ -44,6 +45,7 @@ public:
     void setAddressOf (Object* target, bool notify = true);
     void reset (bool notify = true)                  { set ((Object*) nullptr, notify); }
 
+    void setClass (Class* newClass) override;
     void copyTo (Object& target) const override;
     bool load (ObjectImporter& importer) override;
     void deinitializeObject() override;
@@ -52,6 +54,8 @@ public:
     void deletedCallback (Object* deleted) override;
 
 private:
+    mutable Class* targetClass = nullptr;
+
     void attachToObject (Object* target);
     void detachFromObject();
     /** Tells the views attached to the old and new targets that this pointer changed. */
