@@ -216,3 +216,53 @@ TEST_F (WeakPointerTest, DetachingAllViewsOfTheTargetResetsThePointer)
     target->detachAllViews();
     EXPECT_TRUE (root->link.isNull());
 }
+
+//==============================================================================
+// Owners, targets and spaces go in every order; the sanitizer build checks that nothing is
+// read after it is freed and nothing leaks.
+TEST_F (WeakPointerTest, APointerOutlivesTheSpaceOfItsTarget)
+{
+    ObjectWeakPointer outside;
+    outside.set (target, false);
+    outside.getAddress();
+    spaces.remove ("scene");
+    EXPECT_EQ (outside.getIfAlreadyCached(), nullptr);
+    EXPECT_FALSE (outside.isNull());
+}
+
+TEST_F (WeakPointerTest, APointerDestroyedBeforeItsTargetLeavesTheTargetWithoutViews)
+{
+    {
+        ObjectWeakPointer pointer;
+        pointer.set (target, false);
+        EXPECT_TRUE (target->hasWeakPointersToThis());
+    }
+    EXPECT_FALSE (target->hasWeakPointersToThis());
+}
+
+TEST_F (WeakPointerTest, PointersInsideATreeThatPointAtEachOtherDieWithIt)
+{
+    Node* other = makeNode ("other");
+    target->sibling.set (other);
+    target->link.set (other);
+    other->link.set (target);
+    root->link.set (other);
+    root->child.reset();
+    EXPECT_EQ (root->link.getIfAlreadyCached(), nullptr);
+}
+
+TEST (OwnedPointerLifetimeTest, SharedObjectsDieWithTheirLastOwnerInEitherOrder)
+{
+    ensurePointerTestLibrary();
+    for (bool firstGoesFirst : { true, false })
+    {
+        auto first = createOwned<Node>();
+        auto second = createOwned<Node>();
+        Node* shared = create<Node>();
+        first->child.set (shared);
+        second->child.set (shared);
+        (firstGoesFirst ? first : second).reset();
+        EXPECT_EQ (shared->getReferenceCount(), 1u);
+        (firstGoesFirst ? second : first).reset();
+    }
+}
