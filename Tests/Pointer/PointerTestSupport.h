@@ -5,6 +5,7 @@
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Core/ObjectSpaceProvider.h>
+#include <Tov/Core/TypedVariablePath.h>
 #include <Tov/Pointer/NativeHandle.h>
 #include <Tov/Pointer/OwnedPointer.h>
 #include <Tov/Pointer/WeakPointer.h>
