@@ -4,7 +4,10 @@
 #include "Core/DynamicallyLinkedLibrary.h"
 #include "Atomic/Atomic.h"
 #include "Standard/ExecutionContext.h"
+#include "Standard/Program.h"
+#include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
+#include "Standard/Time.h"
 
 namespace tov
 {
@@ -101,8 +104,11 @@ Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
+    library->addClass<Time>();
+    library->addClass<SoftwareVersion>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
+    library->addClass<Program>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
 }

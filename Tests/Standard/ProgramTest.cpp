@@ -71,10 +71,10 @@ TEST (ProgramTest, VersionNumbersAndNames)
 {
     TestProgram program;
     EXPECT_EQ (program.getProgramName(), TestProgram::getCurrentTestName());
-    EXPECT_EQ (program.getVersion().branchName, "main");
-    EXPECT_EQ (program.getVersion().versionNumberToString ("."), "1.2.3");
-    EXPECT_EQ (program.getVersion().versionNumberToString ("_"), "1_2_3");
-    EXPECT_EQ (program.getVersion().commitHash, "abc123");
+    EXPECT_EQ (program.getSoftwareVersion().getBranchName().get(), "main");
+    EXPECT_EQ (program.getSoftwareVersion().versionNumberToString ("."), "1.2.3");
+    EXPECT_EQ (program.getSoftwareVersion().versionNumberToString ("_"), "1_2_3");
+    EXPECT_EQ (program.getSoftwareVersion().getCommitHash().get(), "abc123");
 }
 
 TEST (ProgramTest, IsAReflectedClass)
