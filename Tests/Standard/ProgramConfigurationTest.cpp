@@ -11,6 +11,10 @@ using namespace tov::test;
 namespace
 {
 
+const juce::String couldNotFind = ">Could not find configuration with software version 3.2.117\n";
+const juce::String higherDiscarded = ">A file higher than your version was discarded\n";
+const juce::String noExistingFile = ">No existing Devices_3_2_117.configuration file\n";
+
 class ProgramConfigurationTest : public ::testing::Test
 {
 protected:
@@ -77,7 +81,7 @@ TEST_F (ProgramConfigurationTest, NoFileLeavesTheDefaults)
     shape.width.set (99);
     EXPECT_TRUE (load (shape));
     EXPECT_EQ (shape.width.get(), 10) << "defaults, not stale values";
-    EXPECT_EQ (messages, ">No existing Devices_3_2_117.configuration file\n");
+    EXPECT_EQ (messages, noExistingFile);
 }
 
 TEST_F (ProgramConfigurationTest, TheNewestLowerVersionIsUpgraded)
@@ -89,8 +93,7 @@ TEST_F (ProgramConfigurationTest, TheNewestLowerVersionIsUpgraded)
     Shape shape;
     EXPECT_TRUE (load (shape));
     EXPECT_EQ (shape.width.get(), 2);
-    EXPECT_EQ (messages, ">Could not find configuration with software version 3.2.117\n"
-                         ">Loading the 3.2.116 file version instead\n");
+    EXPECT_EQ (messages, couldNotFind + ">Loading the 3.2.116 file version instead\n");
 
     // Saving writes the running version's file; the old ones stay.
     ASSERT_TRUE (program.saveConfiguration (context, "Devices", shape));
@@ -106,9 +109,7 @@ TEST_F (ProgramConfigurationTest, HigherVersionsAreDiscarded)
     Shape shape;
     EXPECT_TRUE (load (shape));
     EXPECT_EQ (shape.width.get(), 3);
-    EXPECT_EQ (messages, ">Could not find configuration with software version 3.2.117\n"
-                         ">A file higher than your version was discarded\n"
-                         ">Loading the 3.0.1 file version instead\n");
+    EXPECT_EQ (messages, couldNotFind + higherDiscarded + ">Loading the 3.0.1 file version instead\n");
 }
 
 TEST_F (ProgramConfigurationTest, OnlyHigherVersionsLeaveTheDefaults)
@@ -117,9 +118,7 @@ TEST_F (ProgramConfigurationTest, OnlyHigherVersionsLeaveTheDefaults)
     Shape shape;
     EXPECT_TRUE (load (shape));
     EXPECT_EQ (shape.width.get(), 10);
-    EXPECT_EQ (messages, ">Could not find configuration with software version 3.2.117\n"
-                         ">A file higher than your version was discarded\n"
-                         ">No existing Devices_3_2_117.configuration file\n");
+    EXPECT_EQ (messages, couldNotFind + higherDiscarded + noExistingFile);
 }
 
 TEST_F (ProgramConfigurationTest, TheRunningVersionWithLeadingZerosIsDiscardedAsHigher)
@@ -128,9 +127,7 @@ TEST_F (ProgramConfigurationTest, TheRunningVersionWithLeadingZerosIsDiscardedAs
     Shape shape;
     EXPECT_TRUE (load (shape));
     EXPECT_EQ (shape.width.get(), 10);
-    EXPECT_EQ (messages, ">Could not find configuration with software version 3.2.117\n"
-                         ">A file higher than your version was discarded\n"
-                         ">No existing Devices_3_2_117.configuration file\n");
+    EXPECT_EQ (messages, couldNotFind + higherDiscarded + noExistingFile);
 }
 
 TEST_F (ProgramConfigurationTest, TwoVersionTokensReadAsRevisionZero)
@@ -139,8 +136,7 @@ TEST_F (ProgramConfigurationTest, TwoVersionTokensReadAsRevisionZero)
     Shape shape;
     EXPECT_TRUE (load (shape));
     EXPECT_EQ (shape.width.get(), 6);
-    EXPECT_EQ (messages, ">Could not find configuration with software version 3.2.117\n"
-                         ">Loading the 3.1.0 file version instead\n");
+    EXPECT_EQ (messages, couldNotFind + ">Loading the 3.1.0 file version instead\n");
 }
 
 TEST_F (ProgramConfigurationTest, AFileThatDoesNotParseFailsAfterTheBlock)

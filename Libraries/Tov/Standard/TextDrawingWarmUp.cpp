@@ -1,5 +1,6 @@
 #include "TextDrawingWarmUp.h"
 #include <juce_events/juce_events.h>
+#include <optional>
 
 // Builds of the library without graphics (the fuzz targets) draw nothing.
 #if defined (JUCE_MODULE_AVAILABLE_juce_graphics) && JUCE_MODULE_AVAILABLE_juce_graphics
@@ -13,7 +14,11 @@ namespace tov
 void warmUpTextDrawing()
 {
 #if TOV_DRAWS_TEXT
-    const juce::MessageManagerLock lock;
+    // Without a message manager there is no message thread to keep out, and JUCE's lock
+    // would wait for one forever.
+    std::optional<juce::MessageManagerLock> lock;
+    if (juce::MessageManager::getInstanceWithoutCreating() != nullptr)
+        lock.emplace();
     juce::Image image (juce::Image::ARGB, 64, 64, true);
     juce::Graphics graphics (image);
     graphics.fillAll (juce::Colours::black);
