@@ -12,7 +12,9 @@ using namespace tov::test;
 namespace
 {
 
-/** A HOME and a ProgramData of their own, removed afterwards. */
+/** A HOME and a ProgramData of their own, removed afterwards, and a copy of the test
+    application named after the test: the tests look for other processes by executable
+    name, and tests run side by side must not see each other's. */
 class ProgramProcessTest : public ::testing::Test
 {
 protected:
@@ -21,6 +23,11 @@ protected:
         root = juce::File::createTempFile ("programProcess");
         ASSERT_TRUE (root.getChildFile ("home").createDirectory());
         ASSERT_TRUE (root.getChildFile ("data").createDirectory());
+        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+        executableName = "ProgramTestApplication-" + juce::String (info->name());
+        application = root.getChildFile (executableName);
+        ASSERT_TRUE (juce::File (TOV_PROGRAM_TEST_APPLICATION_PATH).copyFileTo (application));
+        ASSERT_TRUE (application.setExecutePermission (true));
         environment = { { "HOME", root.getChildFile ("home").getFullPathName() },
                         { "ProgramData", root.getChildFile ("data").getFullPathName() },
                         { "TZ", "UTC" }, { "DISPLAY", "" } };
@@ -29,13 +36,14 @@ protected:
 
     std::unique_ptr<TestProcess> start (juce::StringArray arguments)
     {
-        arguments.insert (0, TOV_PROGRAM_TEST_APPLICATION_PATH);
+        arguments.insert (0, application.getFullPathName());
         auto process = std::make_unique<TestProcess> (arguments, environment);
         EXPECT_TRUE (process->isStarted());
         return process;
     }
 
-    juce::File root;
+    juce::File root, application;
+    juce::String executableName;
     std::map<juce::String, juce::String> environment;
 };
 
@@ -116,8 +124,8 @@ TEST_F (ProgramProcessTest, ASecondInstanceSeesTheFirst)
     EXPECT_EQ (second->getOutput(), "started\nothers: " + std::to_string (first->getProcessId()) + "\nstopped\n");
 
     EXPECT_EQ (Program::getCommandLineFromProcessId ((unsigned long) first->getProcessId()),
-               juce::String (TOV_PROGRAM_TEST_APPLICATION_PATH) + " --hold");
-    const auto seen = Program::getAlreadyRunningProcessInstances ("ProgramTestApplication");
+               application.getFullPathName() + " --hold");
+    const auto seen = Program::getAlreadyRunningProcessInstances (executableName);
     EXPECT_EQ (seen, std::set<unsigned long> { (unsigned long) first->getProcessId() });
 
     first->closeInput();
@@ -152,7 +160,7 @@ TEST_F (ProgramProcessTest, KillAllInstancesKillsThem)
 {
     auto first = start ({ "--hold" });
     ASSERT_TRUE (first->waitForLine ("started", 20000));
-    auto ids = Program::getAlreadyRunningProcessInstances ("ProgramTestApplication");
+    auto ids = Program::getAlreadyRunningProcessInstances (executableName);
     ASSERT_EQ (ids.size(), 1u);
     EXPECT_TRUE (Program::killAllInstances (ids));
     EXPECT_TRUE (ids.empty());

@@ -552,3 +552,14 @@ TEST (ProgramTest, WaitingOutsideAJuceThreadIsRefused)
 {
     EXPECT_FALSE (Program::letCurrentThreadWaitAccordingToPowerSaveMode (1));
 }
+
+TEST (ProgramTest, YieldingSleepsTenMillisecondsUnlessOnlyYielding)
+{
+    auto start = juce::Time::getMillisecondCounterHiRes();
+    Program::yieldCurrentThreadAccordingToPowerSaveMode (false);
+    EXPECT_GE (juce::Time::getMillisecondCounterHiRes() - start, 9.5);
+
+    start = juce::Time::getMillisecondCounterHiRes();
+    Program::yieldCurrentThreadAccordingToPowerSaveMode (true);
+    EXPECT_LT (juce::Time::getMillisecondCounterHiRes() - start, 9.5);
+}
