@@ -95,3 +95,85 @@ TEST_F (SoftwareVersionFinderTest, PlacesAreSearchedTogetherAndTheWildcardRespec
     EXPECT_FALSE (empty.findLastVersion (version, where, "tool-*", 0, nullptr));
     EXPECT_EQ (version.toString(), "tool-main-2.0.0.y") << "a failed search leaves the outputs";
 }
+
+namespace
+{
+/** Serves fixed pages over HTTP on the loopback, one request per connection. */
+class ListingServer : public juce::Thread
+{
+public:
+    explicit ListingServer (std::map<juce::String, juce::String> pages) : Thread ("Listing server"), pages (std::move (pages))
+    {
+        listening = socket.createListener (0, "127.0.0.1");
+        if (listening)
+            startThread();
+    }
+    ~ListingServer() override
+    {
+        signalThreadShouldExit();
+        socket.close();
+        stopThread (10000);
+    }
+
+    int getPort() const     { return socket.getBoundPort(); }
+    bool isListening() const { return listening; }
+
+    void run() override
+    {
+        while (! threadShouldExit())
+        {
+            std::unique_ptr<juce::StreamingSocket> connection (socket.waitForNextConnection());
+            if (connection == nullptr)
+                return;
+            // The request may come in pieces: read until the end of its head.
+            juce::String request;
+            while (! request.contains ("\r\n\r\n") && connection->waitUntilReady (true, 10000) == 1)
+            {
+                char buffer[4096];
+                const int numRead = connection->read (buffer, sizeof (buffer), false);
+                if (numRead <= 0)
+                    break;
+                request += juce::String (buffer, (size_t) numRead);
+            }
+            const auto path = request.fromFirstOccurrenceOf ("GET ", false, false).upToFirstOccurrenceOf (" ", false, false);
+            const auto found = pages.find (path);
+            const auto body = found != pages.end() ? found->second : juce::String();
+            const auto response = juce::String (found != pages.end() ? "HTTP/1.0 200 OK" : "HTTP/1.0 404 Not Found")
+                                + "\r\nContent-Type: text/html\r\nContent-Length: " + juce::String (body.getNumBytesAsUTF8())
+                                + "\r\nConnection: close\r\n\r\n" + body;
+            connection->write (response.toRawUTF8(), (int) response.getNumBytesAsUTF8());
+        }
+    }
+
+private:
+    juce::StreamingSocket socket;
+    bool listening = false;
+    std::map<juce::String, juce::String> pages;
+};
+} // namespace
+
+TEST_F (SoftwareVersionFinderTest, WebListingsAreReadThroughTheirLinks)
+{
+    ListingServer server ({
+        { "/builds/", "<a href=\"../\">up</a> <a href=\"tool-main-1.0.0.a-linux\">a</a> <a href=\"sub/\">sub</a> "
+                      "<a href=\"/builds/tool-main-2.0.0.b\">b</a> <a href=\"notes.txt\">notes</a>" },
+        { "/builds/sub/", "<a href=\"tool-main-3.0.0.c\">c</a>" } });
+    ASSERT_TRUE (server.isListening());
+    const auto base = "http://127.0.0.1:" + juce::String (server.getPort());
+    const juce::URL listing (base + "/builds/");
+
+    std::vector<SoftwareVersionFinder::Entry> entries;
+    EXPECT_TRUE (SoftwareVersionFinder::getDataBaseFromUrl (entries, listing, "tool-*", 0, nullptr));
+    ASSERT_EQ (entries.size(), 2u);
+    EXPECT_EQ (entries[0].second.toString(), "tool-main-1.0.0.a-linux");
+    EXPECT_EQ (entries[0].first.toString (false), base + "/builds/tool-main-1.0.0.a-linux");
+    EXPECT_EQ (entries[1].first.toString (false), base + "/builds/tool-main-2.0.0.b");
+
+    SoftwareVersionFinder finder;
+    finder.addUrl (listing);
+    SoftwareVersion version;
+    juce::URL where;
+    ASSERT_TRUE (finder.findLastVersion (version, where, "tool-*", 1, nullptr));
+    EXPECT_EQ (version.toString(), "tool-main-3.0.0.c");
+    EXPECT_EQ (where.toString (false), base + "/builds/sub/tool-main-3.0.0.c");
+}
