@@ -24,12 +24,20 @@ build() {
     cmake --build build -j"$(nproc)"
 }
 
-# The main job: the object model and object space examples, then tov-state on the shipped documents.
+# The main job: the object model, object space and program examples (the last in a scratch
+# home folder), then tov-state on the shipped documents.
 run_main() {
     local tool=./build/Tools/tov-state documents=Examples/Documents
     ./build/Examples/ObjectModelExample
     echo "== ObjectSpaceExample"
     ./build/Examples/ObjectSpaceExample
+    echo "== ProgramExample, twice, with HOME and ProgramData in a scratch folder"
+    local scratch
+    scratch=$(mktemp -d)
+    HOME="$scratch/home" ProgramData="$scratch/data" ./build/Examples/ProgramExample
+    HOME="$scratch/home" ProgramData="$scratch/data" ./build/Examples/ProgramExample
+    cat "$scratch/home/.config/ProgramExample/configurations/Settings_1_0_0.configuration"
+    rm -rf "$scratch"
     echo "== tov-state check $documents/*"
     "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"
     echo "== tov-state format $documents/scene.txt"

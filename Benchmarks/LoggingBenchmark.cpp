@@ -2,6 +2,7 @@
 #include <Tov/Standard/LoggerExecutionContextView.h>
 #include <Tov/Standard/Program.h>
 #include <benchmark/benchmark.h>
+#include <juce_events/juce_events.h>
 #include <cstdlib>
 
 // What a reporting thread pays for one message. Through a logger view that is
@@ -53,6 +54,8 @@ int main (int argc, char** argv)
     home.createDirectory();
     ::setenv ("HOME", home.getFullPathName().toRawUTF8(), 1);
 
+    // A program starts on JUCE's message thread, as in an application.
+    const juce::ScopedJuceInitialiser_GUI juce;
     benchmark::Initialize (&argc, argv);
     if (benchmark::ReportUnrecognizedArguments (argc, argv))
         return 1;

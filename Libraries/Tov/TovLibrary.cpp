@@ -9,7 +9,10 @@
 #include "Pointer/ObjectWeakPointer.h"
 #include "Pointer/PointerClassGenerators.h"
 #include "Standard/ExecutionContext.h"
+#include "Standard/Program.h"
+#include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
+#include "Standard/Time.h"
 
 namespace tov
 {
@@ -118,8 +121,11 @@ Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
+    library->addClass<Time>();
+    library->addClass<SoftwareVersion>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
+    library->addClass<Program>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
 }

@@ -1,9 +1,20 @@
 #include "../Support/LogTestSupport.h"
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/LoggerExecutionContextView.h>
+#include <Tov/Standard/Application.h>
 #include <Tov/Standard/Program.h>
+#include <Tov/Standard/ProgramGetSoftwareVersionMethod.h>
+#include <Tov/Standard/ToStringExecutionContext.h>
+#include <thread>
+#include <unistd.h>
 #include <Tov/Standard/TimeText.h>
 #include <gtest/gtest.h>
+
+namespace juce
+{
+extern int juce_argc;
+extern const char* const* juce_argv;
+}
 
 using namespace tov;
 using namespace tov::test;
@@ -71,10 +82,10 @@ TEST (ProgramTest, VersionNumbersAndNames)
 {
     TestProgram program;
     EXPECT_EQ (program.getProgramName(), TestProgram::getCurrentTestName());
-    EXPECT_EQ (program.getVersion().branchName, "main");
-    EXPECT_EQ (program.getVersion().versionNumberToString ("."), "1.2.3");
-    EXPECT_EQ (program.getVersion().versionNumberToString ("_"), "1_2_3");
-    EXPECT_EQ (program.getVersion().commitHash, "abc123");
+    EXPECT_EQ (program.getSoftwareVersion().getBranchName().get(), "main");
+    EXPECT_EQ (program.getSoftwareVersion().versionNumberToString ("."), "1.2.3");
+    EXPECT_EQ (program.getSoftwareVersion().versionNumberToString ("_"), "1_2_3");
+    EXPECT_EQ (program.getSoftwareVersion().getCommitHash().get(), "abc123");
 }
 
 TEST (ProgramTest, IsAReflectedClass)
@@ -217,4 +228,338 @@ TEST (ProgramTest, LogMaxSizeDeletesTheOldestFirstUntilTheTotalFits)
     EXPECT_FALSE (newest.exists());
     EXPECT_TRUE (programLog.existsAsFile());
     program.stopProgram();
+}
+
+//==============================================================================
+namespace
+{
+
+/** Sets JUCE's command line for its lifetime, as JUCEApplicationBase::main would. */
+class ScopedCommandLine
+{
+public:
+    explicit ScopedCommandLine (std::vector<std::string> parameters) : texts (std::move (parameters))
+    {
+        texts.insert (texts.begin(), "tovTests");
+        for (auto& text : texts)
+            pointers.push_back (text.c_str());
+        previousCount = juce::juce_argc;
+        previousValues = juce::juce_argv;
+        juce::juce_argc = (int) pointers.size();
+        juce::juce_argv = pointers.data();
+    }
+    ~ScopedCommandLine()
+    {
+        juce::juce_argc = previousCount;
+        juce::juce_argv = previousValues;
+    }
+
+private:
+    std::vector<std::string> texts;
+    std::vector<const char*> pointers;
+    int previousCount;
+    const char* const* previousValues;
+};
+
+} // namespace
+
+
+TEST (ProgramTest, AnEmptyCommandLineGivesAnEmptyMap)
+{
+    ScopedCommandLine commandLine ({});
+    EXPECT_TRUE (Program::getCommandLineArgumentsAndValues ("=").empty());
+}
+
+TEST (ProgramTest, CommandLineKeysAndValues)
+{
+    ScopedCommandLine commandLine ({ "--profiler=a=b", "--flag", "--mode=fast", "--mode=slow", "--a=b:c", "\"--quoted=x y\"", "" });
+    const auto arguments = Program::getCommandLineArgumentsAndValues ("=:");
+    const std::map<juce::String, juce::String> expected {
+        { "--profiler", "ab" }, { "--flag", "" }, { "--mode", "slow" }, { "--a", "bc" }, { "\"--quoted=x y\"", "" }
+    };
+    EXPECT_EQ (arguments, expected);
+}
+
+TEST (ProgramTest, TheStartLogsTheCommandLineAndTheDirectories)
+{
+    ScopedCommandLine commandLine ({ "--profiler=a", "two" });
+    TestProgram program;
+    ASSERT_TRUE (program.startProgram());
+    const auto log = program.getLogFile ("Program", ".txt", true);
+    program.stopProgram();
+
+    std::string text;
+    ASSERT_TRUE (replaceTimeStamps (readBytes (log), program.getStartTime(), juce::Time::getCurrentTime(), text));
+    auto expected = expectedHelloBanner (program) + expectedStartLines (program)
+                    + "<time>\tDone Program (<ms> ms)\r\n"
+                      "<time>\t------------------------- bye ---------------------------------";
+    const std::string emptyCommandLine = "Command Line: \r\n";
+    expected.replace (expected.find (emptyCommandLine), emptyCommandLine.size(), "Command Line: --profiler=a two\r\n");
+    EXPECT_EQ (replaceTimings (text), expected);
+}
+
+TEST (ProgramTest, TheProgramDirectoryIsTheExecutablesOrTheNearestWithTheChild)
+{
+    const auto executableDirectory = juce::File::getSpecialLocation (juce::File::hostApplicationPath).getParentDirectory();
+    EXPECT_EQ (Program::getProgramDirectory ({}), executableDirectory);
+
+    // "Tests" sits beside the executable's folder in the build tree: found one level up.
+    EXPECT_EQ (Program::getProgramDirectory ("Tests"), executableDirectory.getParentDirectory().getChildFile ("Tests"));
+    EXPECT_EQ (Program::getProgramDirectory ("NoSuchFolderAnywhere"), executableDirectory);
+
+    // Kept for the process, also after the search failed.
+    const auto late = executableDirectory.getChildFile ("NoSuchFolderAnywhere");
+    ASSERT_TRUE (late.createDirectory());
+    EXPECT_EQ (Program::getProgramDirectory ("NoSuchFolderAnywhere"), executableDirectory);
+    late.deleteRecursively();
+}
+
+TEST (ProgramTest, DataSubdirectoriesOfBothKinds)
+{
+    TestProgram program;
+    const auto user = program.getProgramDataDirectory ({}, true);
+    EXPECT_EQ (program.getLogsDirectory (true), user.getChildFile ("logs"));
+    EXPECT_EQ (program.getConfigurationsDirectory (true), user.getChildFile ("configurations"));
+    EXPECT_EQ (program.getTracesDirectory (true), user.getChildFile ("traces"));
+    EXPECT_EQ (program.getProgramDataDirectory ("dumps", true), user.getChildFile ("dumps"));
+    for (auto* name : { "configurations", "logs", "traces", "dumps" })
+        EXPECT_TRUE (user.getChildFile (name).isDirectory()) << name;
+}
+
+TEST (ProgramTest, MachineWideDataWithoutProgramDataGoesToTheCommonDirectory)
+{
+    const auto previous = juce::SystemStats::getEnvironmentVariable ("ProgramData", {});
+    TestProgram program;
+    for (auto* value : { "", "relative/path" })
+    {
+        ::setenv ("ProgramData", value, 1);
+        const auto expected = juce::File::getSpecialLocation (juce::File::commonApplicationDataDirectory)
+                                  .getChildFile ("KelvoTech").getChildFile (program.getProgramName()).getChildFile ("x");
+        EXPECT_EQ (program.getProgramDataDirectory ("x", false), expected) << value;
+    }
+    ::setenv ("ProgramData", previous.toRawUTF8(), 1);
+}
+
+TEST (ProgramTest, RegisteringAServiceTwiceFromOneThreadKeepsTheSecond)
+{
+    TestProgram program;
+    int first = 0, second = 0;
+    auto& serviceA = reinterpret_cast<Service&> (first);
+    auto& serviceB = reinterpret_cast<Service&> (second);
+    auto* thisThread = (void*) juce::Thread::getCurrentThreadId();
+
+    EXPECT_EQ (program.getServiceByThreadId (thisThread), nullptr);
+    program.registerService (serviceA);
+    program.registerService (serviceB);
+    EXPECT_EQ (program.getServiceByThreadId (thisThread), &serviceB);
+
+    // Another thread's entry is its own.
+    void* otherThread = nullptr;
+    std::thread thread ([&] { otherThread = (void*) juce::Thread::getCurrentThreadId(); program.registerService (serviceA); });
+    thread.join();
+    EXPECT_EQ (program.getServiceByThreadId (otherThread), &serviceA);
+    EXPECT_EQ (program.getServiceByThreadId (thisThread), &serviceB);
+
+    program.unregisterService();
+    EXPECT_EQ (program.getServiceByThreadId (thisThread), nullptr);
+    EXPECT_EQ (program.getServiceByThreadId (otherThread), &serviceA);
+}
+
+TEST (ProgramTest, NoServiceIsFoundOnceTheProgramStopped)
+{
+    TestProgram program;
+    int first = 0;
+    program.registerService (reinterpret_cast<Service&> (first));
+    ASSERT_TRUE (program.startProgram());
+    program.stopProgram();
+    EXPECT_EQ (program.getServiceByThreadId ((void*) juce::Thread::getCurrentThreadId()), nullptr);
+}
+
+TEST (ProgramTest, DefaultHooks)
+{
+    Program program ("Plain", "main", 1, 0, 0, {});
+    EXPECT_TRUE (program.systemRequestedQuit());
+    EXPECT_TRUE (program.moreThanOneInstanceAllowed());
+    program.anotherInstanceStarted ("--x");
+    std::vector<juce::File> binaries;
+    program.getWellKnownBinaries (binaries);
+    EXPECT_TRUE (binaries.empty());
+}
+
+TEST (ProgramTest, ReflectsStartTimeAndSoftwareVersion)
+{
+    TestProgram program;
+    TestProgram::ensureTestLibraryTree();
+    ASSERT_EQ (program.getNumVariables(), 2u);
+    EXPECT_EQ (program.getVariableSignature ((size_t) 0)->getName(), "startTime");
+    EXPECT_EQ (program.getVariable (0)->getClassName(), "Time");
+    EXPECT_EQ (program.getVariableSignature ((size_t) 1)->getName(), "softwareVersion");
+    EXPECT_EQ (program.getVariable (1)->getClassName(), "SoftwareVersion");
+    EXPECT_EQ (program.getVariable (1)->toString(), TestProgram::getCurrentTestName() + "-main-1.2.3.abc123");
+}
+
+TEST (ProgramTest, GetSoftwareVersionGivesACloneAndCarriesItsHttpAttributes)
+{
+    TestProgram program;
+    std::unique_ptr<SoftwareVersion> version (ProgramGetSoftwareVersionMethod::callOnThis (Program::get()));
+    EXPECT_NE (version.get(), &program.getSoftwareVersion());
+    EXPECT_EQ (version->toString(), program.getSoftwareVersion().toString());
+    EXPECT_STREQ (ProgramGetSoftwareVersionMethod::httpUri, "\"/api/live/softwareVersion\"");
+    EXPECT_STREQ (ProgramGetSoftwareVersionMethod::httpVerb, "\"GET\"");
+}
+
+TEST (ProgramTest, TheStartTimeIsAReflectedTime)
+{
+    Time time (juce::Time (2026, 2, 7, 9, 5, 2, 0, false));
+    EXPECT_EQ (time.toFileNameString(), "2026-3-7_9-5-2");
+    EXPECT_EQ (time.makeState()->saveToString().trim(), "1772874302000");
+    Time loaded;
+    juce::String messages;
+    ToStringExecutionContext context (messages);
+    ASSERT_TRUE (loaded.loadFromState (context, time.makeState()));
+    EXPECT_EQ (loaded.get(), time.get());
+    loaded.reset();
+    EXPECT_EQ (loaded.toString(), "N/A");
+}
+
+TEST (ProgramTest, TheApplicationForwardsToTheProgram)
+{
+    auto* program = new TestProgram ("beta", 4, 5, 6);
+    std::unique_ptr<juce::JUCEApplicationBase> application (Program::createApplication (program));
+    EXPECT_EQ (application->getApplicationName(), TestProgram::getCurrentTestName());
+    EXPECT_EQ (application->getApplicationVersion(), "4.5.6");
+    EXPECT_TRUE (application->moreThanOneInstanceAllowed());
+    application->initialise ({});
+    EXPECT_TRUE (program->getLoggerThread() != nullptr);
+    application->shutdown();
+    EXPECT_EQ (application->getApplicationReturnValue(), 0);
+    EXPECT_FALSE (Program::isStillRunning());
+}
+
+TEST (ProgramTest, AFailedStartStillStopsAndExitsWith255)
+{
+    struct Failing : TestProgram
+    {
+        bool programStarted() override { return false; }
+    };
+    auto* program = new Failing();
+    std::unique_ptr<juce::JUCEApplicationBase> application (Program::createApplication (program));
+    application->initialise ({});
+    EXPECT_TRUE (static_cast<Application&> (*application).hasFailedToStart());
+    application->shutdown();
+    EXPECT_EQ (application->getApplicationReturnValue(), 255);
+}
+
+TEST (ProgramTest, AFailedStartKeepsANonZeroExitCode)
+{
+    auto* program = new RefusingProgram();
+    std::unique_ptr<juce::JUCEApplicationBase> application (Program::createApplication (program));
+    application->initialise ({});
+    application->shutdown();
+    EXPECT_EQ (application->getApplicationReturnValue(), 7);
+}
+
+TEST (ProgramTest, StoppingIsSetFromTheFirstStepOfTheStop)
+{
+    struct Watching : TestProgram
+    {
+        bool stoppingSeen = false, runningSeen = false;
+        int programStopped() override
+        {
+            stoppingSeen = isCurrentlyStopping();
+            runningSeen = Program::isStillRunning();
+            return 0;
+        }
+    } program;
+    ASSERT_TRUE (program.startProgram());
+    EXPECT_FALSE (program.isCurrentlyStopping());
+    program.stopProgram();
+    EXPECT_TRUE (program.stoppingSeen);
+    EXPECT_TRUE (program.runningSeen);
+}
+
+TEST (ProgramTest, KillAllInstancesOfAnEmptySetIsTrue)
+{
+    std::set<unsigned long> none;
+    EXPECT_TRUE (Program::killAllInstances (none));
+}
+
+TEST (ProgramTest, KillAllInstancesStopsAtTheFirstFailure)
+{
+    // Process ids above the kernel's limit never exist.
+    std::set<unsigned long> ids { 4194305ul, 4194306ul };
+    EXPECT_FALSE (Program::killAllInstances (ids));
+    EXPECT_EQ (ids.size(), 2u);
+}
+
+TEST (ProgramTest, ThisProcessIsNotAmongTheOtherInstances)
+{
+    EXPECT_EQ (Program::getAlreadyRunningProcessInstances().count ((unsigned long) ::getpid()), 0u);
+    EXPECT_TRUE (Program::getAlreadyRunningProcessInstances ("no such executable").empty());
+}
+
+TEST (ProgramTest, TheCommandLineOfAProcess)
+{
+    const auto own = Program::getCommandLineFromProcessId ((unsigned long) ::getpid());
+    EXPECT_TRUE (own.startsWith (juce::File::getSpecialLocation (juce::File::currentExecutableFile).getFullPathName())
+                 || own.startsWith ("./") || own.contains ("tovTests")) << own;
+    EXPECT_EQ (Program::getCommandLineFromProcessId (4194305ul), "");
+}
+
+TEST (ProgramTest, EcoModeOffAtStartDoesNothing)
+{
+    EXPECT_TRUE (Program::setProcessEcoMode (false));
+}
+
+TEST (ProgramTest, DiscardingSleepTwiceTheSameWayIsTrue)
+{
+    EXPECT_TRUE (Program::setThreadDiscardOsSleepMode (false));
+}
+
+TEST (ProgramTest, AffinityMaskRoundTrips)
+{
+    const auto mask = Program::getProcessorAffinityMask();
+    ASSERT_NE (mask, 0u);
+    EXPECT_TRUE (Program::setProcessorAffinityMask (mask));
+    EXPECT_EQ (Program::getProcessorAffinityMask(), mask);
+    EXPECT_FALSE (Program::setProcessorAffinityMask (0)) << "no processor at all is refused";
+    EXPECT_EQ (Program::getProcessorAffinityMask(), mask);
+}
+
+TEST (ProgramTest, PreciseSleepOfZeroReturnsAtOnce)
+{
+    const auto naps = Program::getNumPreciseSleepNaps();
+    const auto start = juce::Time::getMillisecondCounterHiRes();
+    Program::preciseSleep (0.0);
+    Program::preciseSleep (-3.0);
+    EXPECT_LT (juce::Time::getMillisecondCounterHiRes() - start, 1.0);
+    EXPECT_EQ (Program::getNumPreciseSleepNaps(), naps);
+}
+
+TEST (ProgramTest, PreciseSleepOfFiveMillisecondsOnlySpins)
+{
+    const auto naps = Program::getNumPreciseSleepNaps();
+    const auto start = juce::Time::getMillisecondCounterHiRes();
+    Program::preciseSleep (5.0);
+    EXPECT_GE (juce::Time::getMillisecondCounterHiRes() - start, 5.0);
+    EXPECT_EQ (Program::getNumPreciseSleepNaps(), naps);
+
+    Program::preciseSleep (20.0);
+    EXPECT_GE (Program::getNumPreciseSleepNaps(), naps + 1) << "longer waits give the processor away";
+}
+
+TEST (ProgramTest, WaitingOutsideAJuceThreadIsRefused)
+{
+    EXPECT_FALSE (Program::letCurrentThreadWaitAccordingToPowerSaveMode (1));
+}
+
+TEST (ProgramTest, YieldingSleepsTenMillisecondsUnlessOnlyYielding)
+{
+    auto start = juce::Time::getMillisecondCounterHiRes();
+    Program::yieldCurrentThreadAccordingToPowerSaveMode (false);
+    EXPECT_GE (juce::Time::getMillisecondCounterHiRes() - start, 9.5);
+
+    start = juce::Time::getMillisecondCounterHiRes();
+    Program::yieldCurrentThreadAccordingToPowerSaveMode (true);
+    EXPECT_LT (juce::Time::getMillisecondCounterHiRes() - start, 9.5);
 }

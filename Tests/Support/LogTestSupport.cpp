@@ -1,6 +1,10 @@
 #include "LogTestSupport.h"
+#include "TestValues.h"
+#include <Tov/Core/ClassRegistry.h>
+#include <Tov/Core/Library.h>
 #include <Tov/Standard/TimeText.h>
 #include <cstdlib>
+#include <regex>
 #include <unistd.h>
 
 namespace tov::test
@@ -14,9 +18,29 @@ juce::String TestProgram::getCurrentTestName()
     return info != nullptr ? juce::String (info->test_suite_name()) + "." + info->name() : juce::String ("NoTest");
 }
 
-TestProgram::TestProgram() : Program (getCurrentTestName(), "main", 1, 2, 3, "abc123")
+TestProgram::TestProgram (const juce::String& branchName, uint64_t major, uint64_t minor, uint64_t revision)
+    : Program (getCurrentTestName(), branchName, major, minor, revision, "abc123")
 {
     juce::File::getSpecialLocation (juce::File::userApplicationDataDirectory).getChildFile (getProgramName()).deleteRecursively();
+    deinitializeTov();
+}
+
+TestProgram::~TestProgram()
+{
+    // A program that started and never stopped leaves its tree: the destructor does not stop it.
+    ensureTestLibraryTree();
+}
+
+void TestProgram::ensureTestLibraryTree()
+{
+    if (ClassRegistry::getInstanceIfExists() != nullptr && Library::getRootLibrary()->getLibraryByName ("Tov") != nullptr)
+        return;
+    initializeTov()->addLibrary (createTestLibrary());
+}
+
+void TestProgram::addLibraries (Library& root)
+{
+    root.addLibrary (createTestLibrary());
 }
 
 void TestProgram::waitForLogger (int timeOutMilliseconds)
@@ -110,6 +134,23 @@ std::string expectedHelloBanner (const Program& program)
                + TimeText::toString (program.getStartTime()).toStdString() + "\r\n"
            "<time>\tBranch: main version: 1.2.3.abc123\r\n"
            "<time>\t---------------------------------------------------------------\r\n";
+}
+
+std::string expectedStartLines (const Program& program)
+{
+    const auto path = [] (const juce::File& file) { return file.getFullPathName().toStdString(); };
+    return "<time>\tLoad Libraries (<ms> ms)\r\n"
+           "<time>\tProgram\r\n"
+           "<time>\t  Information: Command Line: \r\n"
+           "<time>\t  Information: Program directory: " + path (Program::getProgramDirectory ({})) + "\r\n"
+           "<time>\t  Information: Resources directory: " + path (Program::getProgramDirectory ("Skins").getParentDirectory()) + "\r\n"
+           "<time>\t  Information: Data directory: " + path (program.getProgramDataDirectory ({}, true)) + "\r\n";
+}
+
+std::string replaceTimings (const std::string& text)
+{
+    static const std::regex timing ("\\([0-9.e+-]+ ms\\)");
+    return std::regex_replace (text, timing, "(<ms> ms)");
 }
 
 } // namespace tov::test

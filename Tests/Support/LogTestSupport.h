@@ -11,16 +11,28 @@ namespace tov::test
 
 /** A program named after the running test, so that tests running side by side
     in separate processes never share a logs directory. Its data directory
-    starts empty. */
+    starts empty.
+
+    The test program holds the library tree for its whole life, but a program builds
+    the tree in startProgram and tears it down in stopProgram: a test program takes
+    the tree down when it is made, adds the tests' library in addLibraries, and
+    leaves the tree built again, with the tests' library, when it goes. */
 class TestProgram : public Program
 {
 public:
-    TestProgram();
+    TestProgram (const juce::String& branchName = "main", uint64_t major = 1, uint64_t minor = 2, uint64_t revision = 3);
+    ~TestProgram() override;
+
+    /** Builds the tests' tree unless it exists. */
+    static void ensureTestLibraryTree();
 
     static juce::String getCurrentTestName();
 
     /** Waits until the logger thread has written everything queued so far. */
     void waitForLogger (int timeOutMilliseconds = 20000);
+
+protected:
+    void addLibraries (Library& root) override;
 };
 
 /** The exact bytes of a file. */
@@ -34,6 +46,13 @@ std::string readBytes (const juce::File& file);
 
 /** The hello banner of a log, with "<time>" for its time stamps. */
 std::string expectedHelloBanner (const Program& program);
+
+/** The lines that startProgram writes after the hello banner, up to the open "Program" block,
+    with "<ms>" for the timing of the "Load Libraries" block; the command line is empty in tests. */
+std::string expectedStartLines (const Program& program);
+
+/** Each block timing "(12.5 ms)" becomes "(<ms> ms)". */
+std::string replaceTimings (const std::string& text);
 
 /** Catches what a stream receives for as long as it lives. */
 class StreamCapture

@@ -33,10 +33,10 @@ void LoggerExecutionContextView::printHelloBanner()
         return;
 
     auto& program = Program::get();
-    const auto& version = program.getVersion();
+    const auto& version = program.getSoftwareVersion();
     printLine ("-------------------------- hello ------------------------------");
-    printLine ("Program: " + version.programName + ", launched at " + TimeText::toString (program.getStartTime()));
-    printLine ("Branch: " + version.branchName + " version: " + version.versionNumberToString (".") + "." + version.commitHash);
+    printLine ("Program: " + version.getProgramName().get() + ", launched at " + TimeText::toString (program.getStartTime()));
+    printLine ("Branch: " + version.getBranchName().get() + " version: " + version.versionNumberToString (".") + "." + version.getCommitHash().get());
     printLine ("---------------------------------------------------------------");
 }
 

@@ -1,27 +1,50 @@
 #include "Program.h"
 #include "LoggerExecutionContextView.h"
+#include "TextDrawingWarmUp.h"
 #include "TimeText.h"
+#include "../Core/Class.h"
+#include "../Core/Library.h"
+#include "../Core/State.h"
+#include "../Core/StateObjectExporter.h"
+#include <juce_events/juce_events.h>
 #include <algorithm>
 
 namespace tov
 {
 
 TOV_BEGIN_CLASS (Program)
+    TOV_VARIABLE (startTime)
+    TOV_VARIABLE (softwareVersion)
 TOV_END_CLASS()
 
-std::atomic<Program*> Program::instance { nullptr };
+// The reflected method getSoftwareVersion ({ "httpUri", "\"/api/live/softwareVersion\"" },
+// { "httpVerb", "\"GET\"" }) is declared here once singleton methods exist; its body is
+// ProgramGetSoftwareVersionMethod::callOnThis.
 
-juce::String Program::Version::versionNumberToString (const juce::String& separator) const
+std::atomic<Program*> Program::instance { nullptr };
+std::atomic<bool> Program::powerSaveMode { false };
+
+static Program::SequenceListener& getSequenceListener()
 {
-    return juce::String ((juce::uint64) majorVersion) + separator
-         + juce::String ((juce::uint64) minorVersion) + separator
-         + juce::String ((juce::uint64) buildRevision);
+    static Program::SequenceListener listener;
+    return listener;
+}
+
+void Program::setSequenceListener (SequenceListener listener)
+{
+    getSequenceListener() = std::move (listener);
+}
+
+static void step (const char* name)
+{
+    if (auto& listener = getSequenceListener())
+        listener (name);
 }
 
 //==============================================================================
 Program::Program (const juce::String& programName, const juce::String& branchName,
                   uint64_t majorVersion, uint64_t minorVersion, uint64_t buildRevision, const juce::String& commitHash)
-    : version { programName, branchName, majorVersion, minorVersion, buildRevision, commitHash }
+    : softwareVersion (programName, branchName, majorVersion, minorVersion, buildRevision, commitHash)
 {
     instance = this;
 }
@@ -47,34 +70,90 @@ bool Program::isStillRunning() noexcept
 }
 
 //==============================================================================
-// The logger starts before anything can log; the first line comes once the
-// start time is known, because the log file is named after it.
+// The crash handler and the logger start before anything can crash or log; the
+// first line comes only once the library tree exists.
 bool Program::startProgram()
 {
+    step ("start the exception filter");
+    exceptionFilter.start();
+    step ("start the logger thread");
     startLoggerThread();
-    startTime = juce::Time::getCurrentTime();
+    step ("warm up text drawing");
+    warmUpTextDrawing();
+    step ("set the start time");
+    startTime.set (juce::Time::getCurrentTime());
+    step ("initialize tov");
+    auto* root = initializeTov();
+    step ("add the program log view");
     programExecutionContext.addView (new LoggerExecutionContextView ("Program"));
 
+    step ("load libraries");
+    {
+        // Left also when addLibraries throws.
+        struct Block
+        {
+            ExecutionContext& context;
+            explicit Block (ExecutionContext& c) : context (c)  { context.enter ("Load Libraries"); }
+            ~Block()                                            { context.leave(); }
+        } block (programExecutionContext);
+        addLibraries (*root);
+    }
+
     // Stays open until stopProgram: every line of the process is indented at least once.
+    step ("enter the program block");
     programExecutionContext.enter ("Program");
+    logStartLines();
+    step ("configure the profiler");
+    // The profiler named by the command line is set here once profilers exist.
+    step ("program started");
     return programStarted();
+}
+
+void Program::logStartLines()
+{
+    step ("log the command line");
+    programExecutionContext.information ("Command Line: " + juce::JUCEApplicationBase::getCommandLineParameterArray().joinIntoString (" "));
+    step ("log the program directory");
+    programExecutionContext.information ("Program directory: " + getProgramDirectory ({}).getFullPathName());
+    step ("log the resources directory");
+    programExecutionContext.information ("Resources directory: " + getProgramDirectory ("Skins").getParentDirectory().getFullPathName());
+    step ("log the data directory");
+    programExecutionContext.information ("Data directory: " + getProgramDataDirectory ({}, true).getFullPathName());
 }
 
 // Views die while the instance is still set, so that the bye banner and the
 // close reach the logger; the logger stops only after that.
 int Program::stopProgram()
 {
+    step ("set currently stopping");
     currentlyStopping = true;
+    step ("program stopped");
     const int exitCode = programStopped();
+    step ("leave the program block");
     programExecutionContext.leave();
+    step ("delete the program log views");
     programExecutionContext.deleteAllViews();
+    step ("clear the instance");
     instance = nullptr;
 
+    step ("release class default objects");
+    auto* root = Library::getRootLibrary();
+    root->releaseClassDefaultObjects();
+    step ("remove libraries");
+    removeLibraries (*root);
+    step ("unset the profiler");
+    // Profiler::set (nullptr) goes here once profilers exist.
+    step ("deinitialize tov");
+    deinitializeTov();
+
+    step ("stop the logger thread");
     // Entries still queued when the logger stops are lost: let it write the
     // last lines first, within the same time-out as the stop itself.
     if (loggerThread != nullptr)
         loggerThread->waitUntilDrained (2000);
     stopLoggerThread (2000);
+    step ("stop the exception filter");
+    exceptionFilter.stop();
     return exitCode;
 }
 
@@ -100,48 +179,25 @@ void Program::stopLoggerThread (int timeOutMilliseconds)
 }
 
 //==============================================================================
-juce::File Program::getProgramDataDirectory (const juce::String& subdirectory, bool forCurrentUser) const
+Service* Program::getServiceByThreadId (void* threadId) const
 {
-    juce::File root;
-    if (forCurrentUser)
-    {
-        root = juce::File::getSpecialLocation (juce::File::userApplicationDataDirectory);
-    }
-    else
-    {
-        // Only the machine-wide path has a company folder.
-        const auto programData = juce::SystemStats::getEnvironmentVariable ("ProgramData", {});
-        root = programData.isNotEmpty() && juce::File::isAbsolutePath (programData)
-                   ? juce::File (programData)
-                   : juce::File::getSpecialLocation (juce::File::commonApplicationDataDirectory);
-        root = root.getChildFile ("KelvoTech");
-    }
-
-    const auto directory = root.getChildFile (version.programName);
-    if (subdirectory.isEmpty())
-    {
-        if (! directory.exists())
-            directory.createDirectory();
-        return directory;
-    }
-
-    // Known children cost no file-system access; this is on the path of every new log.
-    const auto child = directory.getChildFile (subdirectory);
-    const juce::ScopedLock lock (dataDirectoriesLock);
-    if (knownDataDirectories.find (child) != knownDataDirectories.end())
-        return child;
-    if (! child.exists())
-        child.createDirectory();
-    knownDataDirectories[child] = child.exists();
-    return child;
+    if (! isStillRunning())
+        return nullptr;
+    const juce::ScopedLock lock (servicesLock);
+    const auto found = servicesByThread.find (threadId);
+    return found != servicesByThread.end() ? found->second : nullptr;
 }
 
-juce::File Program::getLogFile (const juce::String& name, const juce::String& extension, bool withStartTime) const
+void Program::registerService (Service& service)
 {
-    auto fileName = version.programName + " " + version.branchName + " " + name;
-    if (withStartTime)
-        fileName += " " + TimeText::toFileNameString (startTime);
-    return getLogsDirectory (true).getChildFile (fileName + extension);
+    const juce::ScopedLock lock (servicesLock);
+    servicesByThread[(void*) juce::Thread::getCurrentThreadId()] = &service;
+}
+
+void Program::unregisterService()
+{
+    const juce::ScopedLock lock (servicesLock);
+    servicesByThread.erase ((void*) juce::Thread::getCurrentThreadId());
 }
 
 //==============================================================================

@@ -1,0 +1,23 @@
+#include "Time.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (Time)
+TOV_END_CLASS()
+
+void Time::save (ObjectExporter& exporter) const
+{
+    exporter.writeInteger (value.toMilliseconds());
+}
+
+bool Time::load (ObjectImporter& importer)
+{
+    int64_t milliseconds = 0;
+    if (! importer.readInteger (milliseconds))
+        return false;
+    set (juce::Time (milliseconds));
+    return true;
+}
+
+} // namespace tov
