@@ -67,6 +67,8 @@ class PointerTest : public ::testing::Test
 protected:
     TestProgram program;
     CurrentServiceStandIn::Scope service;
+    /** The program takes the library tree down until it starts: these tests only need it to run. */
+    bool treeIsBack = (TestProgram::ensureTestLibraryTree(), true);
     NamedSpaces spaces;
 
     /** A node named so, made by its class, not yet in a space. */
