@@ -43,7 +43,9 @@ enum class StateType : uint32_t
     pointer (an identifier), an owned pointer (a shared sub-tree), an ordered
     list of named variables, a class expression, a native object pointer or a
     block of bytes. Nodes are shared between trees through std::shared_ptr and
-    are treated as immutable once handed on.
+    are treated as immutable once handed on; from then on any number of
+    threads may read one at once, const methods included (see the caches
+    below).
 
     Besides its value a node names the class, identifier and class version of
     the object it describes; all three are null for a plain value.
