@@ -14,9 +14,9 @@ foreach(label threads stress)
         list(APPEND tovLabelsOfTest "${test}")
       endif()
     endforeach()
-    # A renamed suite would otherwise silently leave the sanitizer pass.
+    # Else a renamed suite would silently leave the sanitizer pass.
     if(NOT matched AND tovTests_TESTS)
-      message(WARNING "Tests/CMakeLists.txt gives the label ${label} to ${entry}, which names no test")
+      message(FATAL_ERROR "Tests/CMakeLists.txt gives the label ${label} to ${entry}, which names no test")
     endif()
   endforeach()
 endforeach()
