@@ -3,6 +3,8 @@
 #   ./build.sh main    build everything and run the main example
 #   ./build.sh test    build everything and run the whole test suite
 #   ./build.sh build   build only
+#   ./build.sh tsan    build the library and tests with ThreadSanitizer in build-tsan
+#                      and run the tests labelled "threads" (CI runs it after test)
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -22,6 +24,14 @@ build() {
     export CCACHE_BASEDIR="$PWD"
     cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
     cmake --build build -j"$(nproc)"
+}
+
+# Only what the tests need: the library, the tests, their plug-in and tov-state.
+build_tsan() {
+    export CCACHE_BASEDIR="$PWD"
+    cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOV_SANITIZE=thread \
+          -DTOV_BUILD_EXAMPLES=OFF -DTOV_BUILD_BENCHMARKS=OFF -DTOV_BUILD_FUZZERS=OFF
+    cmake --build build-tsan -j"$(nproc)"
 }
 
 # The main job: the object model, object space and program examples (the last in a scratch
@@ -49,11 +59,14 @@ run_main() {
 }
 
 command=${1:-main}
-install_packages
-build
 case "$command" in
-    main)  run_main ;;
-    test)  ctest --test-dir build --output-on-failure -j"$(nproc)" ;;
-    build) ;;
-    *)     echo "usage: $0 [main|test|build]" >&2; exit 2 ;;
+    main|test|build|tsan) ;;
+    *) echo "usage: $0 [main|test|build|tsan]" >&2; exit 2 ;;
+esac
+install_packages
+case "$command" in
+    main)  build; run_main ;;
+    test)  build; ctest --test-dir build --output-on-failure -j"$(nproc)" ;;
+    build) build ;;
+    tsan)  build_tsan; ctest --test-dir build-tsan -L threads --output-on-failure -j"$(nproc)" ;;
 esac

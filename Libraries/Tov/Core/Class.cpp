@@ -494,15 +494,25 @@ static void addRelatedClassCandidates (const ClassExpression* expression, const 
     candidates.add (templateSuffix);
 }
 
+// Found outside the lock, for the reason given at getFriendlyName: the search
+// resolves classes. Threads that search at once find the same class.
 Class* Class::getRelatedClass (const juce::String& suffix)
 {
+    {
+        const juce::ScopedLock lock (relatedClassesLock);
+        auto cached = relatedClasses.find (suffix);
+        if (cached != relatedClasses.end())
+            return cached->second;
+    }
+    Class* found = findRelatedClass (suffix);
     const juce::ScopedLock lock (relatedClassesLock);
-    auto cached = relatedClasses.find (suffix);
-    if (cached != relatedClasses.end())
-        return cached->second;
+    return relatedClasses.emplace (suffix, found).first->second;
+}
 
+Class* Class::findRelatedClass (const juce::String& suffix) const
+{
     Class* result = nullptr;
-    for (Class* level = this; level != nullptr && result == nullptr; level = level->baseClass)
+    for (const Class* level = this; level != nullptr && result == nullptr; level = level->baseClass)
     {
         juce::StringArray candidates;
         addRelatedClassCandidates (level->expression, suffix, candidates);
@@ -524,7 +534,6 @@ Class* Class::getRelatedClass (const juce::String& suffix)
             }
         }
     }
-    relatedClasses[suffix] = result;
     return result;
 }
 
@@ -651,11 +660,20 @@ juce::String Class::getName (const std::type_info& type)
     return separator >= 0 ? name.substring (separator + 2) : name;
 }
 
+// The name is computed outside the lock: computing it may resolve classes,
+// and the registry holds its own lock while it deinitializes classes, which
+// takes this one. Threads that compute at once find the same name.
 juce::String Class::getFriendlyName() const
 {
+    {
+        const juce::ScopedLock lock (friendlyNameLock);
+        if (friendlyName.isNotEmpty())
+            return friendlyName;
+    }
+    const auto computed = computeFriendlyName();
     const juce::ScopedLock lock (friendlyNameLock);
     if (friendlyName.isEmpty())
-        friendlyName = computeFriendlyName();
+        friendlyName = computed;
     return friendlyName;
 }
 

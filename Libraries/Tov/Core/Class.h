@@ -182,6 +182,7 @@ private:
     Object* createDefaultObject();
     void applyFileOrigin (ExecutionContext& context, const juce::String& originName, const juce::String& path);
     bool inheritsFromTemplate (const Class* other) const;
+    Class* findRelatedClass (const juce::String& suffix) const;
 };
 
 } // namespace tov

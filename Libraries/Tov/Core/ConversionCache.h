@@ -20,6 +20,10 @@ namespace tov
 
     The table is open-addressed and keeps its keys in one block, so that a
     look-up neither allocates nor copies.
+
+    It has no lock: each parser or binary reader owns its caches for one
+    reading on one thread, and the values it hands out (strings, interned
+    class expressions) are safe to share.
 */
 template <class Value>
 class ConversionCache

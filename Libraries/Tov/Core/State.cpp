@@ -58,7 +58,7 @@ void State::setType (StateType newType)
         return;
 
     if (type == StateType::voidType)
-        classOfValue = nullptr; // nothing else to clear: the common case of a new node
+        classOfValue.store (nullptr, std::memory_order_relaxed); // nothing else to clear: the common case of a new node
     else
         clearValue();
     type = newType;
@@ -84,7 +84,7 @@ void State::clearValue()
     }
     payload.word = 0;
     type = StateType::voidType;
-    classOfValue = nullptr;
+    classOfValue.store (nullptr, std::memory_order_relaxed);
 }
 
 void State::setBoolean (bool value)                          { setType (StateType::booleanType); payload.word = value ? 1 : 0; }
@@ -102,7 +102,7 @@ void State::setClassExpressionValue (const ClassExpression* expression)
 {
     setType (StateType::classExpressionType);
     payload.classExpression = expression;
-    classOfValue = nullptr;
+    classOfValue.store (nullptr, std::memory_order_relaxed);
 }
 
 void State::setClassValue (const Class* valueClass)
@@ -113,7 +113,7 @@ void State::setClassValue (const Class* valueClass)
 void State::setClassExpression (const ClassExpression* expression) noexcept
 {
     classExpression = expression;
-    classOfNode = nullptr;
+    classOfNode.store (nullptr, std::memory_order_relaxed);
 }
 
 void State::setAtomicClassExpression (const juce::String& className)
@@ -124,7 +124,7 @@ void State::setAtomicClassExpression (const juce::String& className)
 void State::setClass (Class* nodeClass)
 {
     setClassExpression (nodeClass != nullptr ? nodeClass->getExpression() : nullptr);
-    classOfNode = nodeClass;
+    classOfNode.store (nodeClass, std::memory_order_relaxed);
 }
 
 //==============================================================================
@@ -216,21 +216,31 @@ Class* State::getClass (juce::String* error) const
             *error = "no class expression";
         return nullptr;
     }
-    if (classOfNode == nullptr)
-        if (auto* registry = ClassRegistry::getInstanceIfExists())
-            classOfNode = registry->resolve (classExpression, error);
-    return classOfNode;
+    if (auto* cached = classOfNode.load (std::memory_order_acquire))
+        return cached;
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    if (registry == nullptr)
+        return nullptr;
+    auto* resolved = registry->resolve (classExpression, error);
+    if (resolved != nullptr)
+        classOfNode.store (resolved, std::memory_order_release);
+    return resolved;
 }
 
 Class* State::getClassValue (bool /*compatibility*/) const
 {
-    if (classOfValue == nullptr && type == StateType::classExpressionType && payload.classExpression != nullptr)
-    {
-        juce::String discarded;
-        if (auto* registry = ClassRegistry::getInstanceIfExists())
-            classOfValue = registry->resolve (payload.classExpression, &discarded);
-    }
-    return classOfValue;
+    if (auto* cached = classOfValue.load (std::memory_order_acquire))
+        return cached;
+    if (type != StateType::classExpressionType || payload.classExpression == nullptr)
+        return nullptr;
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    if (registry == nullptr)
+        return nullptr;
+    juce::String discarded;
+    auto* resolved = registry->resolve (payload.classExpression, &discarded);
+    if (resolved != nullptr)
+        classOfValue.store (resolved, std::memory_order_release);
+    return resolved;
 }
 
 std::vector<Class*> State::getClassVector() const

@@ -5,6 +5,7 @@
 #include "StateMap.h"
 #include "StateHasher.h"
 #include <juce_core/juce_core.h>
+#include <atomic>
 #include <new>
 #include <memory>
 #include <vector>
@@ -42,7 +43,9 @@ enum class StateType : uint32_t
     pointer (an identifier), an owned pointer (a shared sub-tree), an ordered
     list of named variables, a class expression, a native object pointer or a
     block of bytes. Nodes are shared between trees through std::shared_ptr and
-    are treated as immutable once handed on.
+    are treated as immutable once handed on; from then on any number of
+    threads may read one at once, const methods included (see the caches
+    below).
 
     Besides its value a node names the class, identifier and class version of
     the object it describes; all three are null for a plain value.
@@ -257,8 +260,17 @@ private:
     uint64_t versionNumber = 0;
     StateType type = StateType::voidType;
     juce::String source;
-    mutable Class* classOfValue = nullptr;
-    mutable Class* classOfNode = nullptr;
+
+    // What the class registry resolves the two expressions to, filled by const
+    // reads. A node handed on is read by several threads at once, so the
+    // caches are atomic: whoever fills one first stores the same class as the
+    // others would, and a race to fill it is harmless. Readers load with
+    // acquire and fillers store with release, so that a class the registry
+    // generated for one thread is seen whole by another (both are plain
+    // moves on x86-64). Writers of the node are alone with it and use relaxed
+    // stores.
+    mutable std::atomic<Class*> classOfValue { nullptr };
+    mutable std::atomic<Class*> classOfNode { nullptr };
 
     union Payload
     {

@@ -41,8 +41,8 @@ std::shared_ptr<State> StateCloner::cloneRecursively (const State& node) const
     State& copy = *result;
     copy.setType (node.type); // first, since changing the type drops the class-of-value cache
     copy.classExpression = node.classExpression;
-    copy.classOfValue = node.classOfValue;
-    copy.classOfNode = node.classOfNode;
+    copy.classOfValue.store (node.classOfValue.load (std::memory_order_acquire), std::memory_order_relaxed);
+    copy.classOfNode.store (node.classOfNode.load (std::memory_order_acquire), std::memory_order_relaxed);
     copy.uniqueIdentifier = node.uniqueIdentifier.isNull() ? UniqueIdentifier() : node.uniqueIdentifier ^ mask;
     copy.versionNumber = node.versionNumber;
 

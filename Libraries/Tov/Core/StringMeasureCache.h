@@ -14,6 +14,9 @@ namespace tov
     the first use of a name measures it and the others find the measure. An
     address stands for one text only while the strings live: clear the cache
     before a walk of another tree.
+
+    It has no lock: each printer or binary writer owns one for its walks, on
+    the thread that walks, while the tree it measures may be read by others.
 */
 template <class Measure, size_t numEntries = 64>
 class StringMeasureCache
