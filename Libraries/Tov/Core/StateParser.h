@@ -22,8 +22,8 @@ class UniqueIdentifier;
     there are no comments; alternatives are tried in the order given):
 
         state             := ["'" class-expression] [identifier] [version] value
-        identifier        := "nil" | "@" lower-case hexadecimal digits          (token of set B)
-        version           := "#" decimal digits, possibly none                  (token of set B)
+        identifier        := "nil" | "@" lower-case hexadecimal digits          (prefix token)
+        version           := "#" decimal digits, possibly none                  (prefix token)
         value             := "void" | boolean | integer | real | string | "->" identifier
                            | "=>" state | "[" offset size "]" | "{" variables "}"
                            | "0x" token | class-expression
@@ -40,12 +40,13 @@ class UniqueIdentifier;
         class-expression  := (identifier-name "(" variables ")" | identifier-name) {":" identifier-name}
         identifier-name   := a token beginning with a letter, other than nil, void, true and false
 
-    Tokens end at a byte of set A, " ,{}():=\t\r\n][", except identifiers and
-    versions, which end at a byte of set B, " ,{\r\n}". A token may be empty
-    only at the end of the text, and a token that reaches the end consumes it,
-    so that nothing can be read after it. Every rule restores the
-    position when it fails, with one exception: a "{" block whose "}" is missing
-    keeps its position, and the remaining alternatives go on from there.
+    Tokens end at a word separator, a byte of " ,{}():=\t\r\n][", except the
+    prefix tokens (identifiers and versions), which end at a prefix separator,
+    a byte of " ,{\r\n}". A token may be empty only at the end of the text,
+    and a token that reaches the end consumes it, so that nothing can be read
+    after it. Every rule restores the position when it fails, with one
+    exception: a "{" block whose "}" is missing keeps its position, and the
+    remaining alternatives go on from there.
 
     Failures are reported through the ExecutionContext, at most once per parse
     (the innermost failure), with a position report naming the stream, the
@@ -61,6 +62,15 @@ class UniqueIdentifier;
     The parser works in place on the UTF-8 bytes of the text; a token is a view
     of them until its value is converted. Bytes of ill-formed UTF-8 sequences
     read as U+FFFD, so that every token converts to the same text every time.
+
+    Two readers of the grammar share this class. The rules (StateParserRules.cpp)
+    are the reference: they follow the grammar alternative by alternative, with
+    its backtracking, and make every report. The plain-text reader
+    (StateParserPlainReader.h) reads the common texts in one pass and gives up on
+    everything else, which the rules then read from the start. The fuzz target
+    Tests/Fuzz/StateParserFuzzer.cpp holds them in step: it reads every input
+    both ways and requires the same tree and the same reports. Tokens, white
+    space and position reports are in StateParserTokens.h and .cpp.
 */
 class StateParser
 {
@@ -90,14 +100,18 @@ private:
         const char* start = nullptr;
         size_t length = 0;
         bool escaped = false;
+        bool consumesEnd = false; // it reaches the end of the text, which it consumes with it
 
-        bool operator== (const char* literal) const noexcept;
-        bool operator!= (const char* literal) const noexcept { return ! operator== (literal); }
+        inline bool operator== (const char* literal) const noexcept;
+        inline bool operator!= (const char* literal) const noexcept;
         juce::String toString() const;
     };
 
-    /** The bytes that end tokens: set A ends most, set B identifiers and versions. */
-    enum class Separators { setA, setB };
+    /** The bytes that end tokens, named after the tokens they end: word separators
+        end values, names and class names; prefix separators end the identifiers and
+        versions that stand before a value.
+    */
+    enum class Separators { ofWords, ofPrefixes };
 
     /** What reading a token at a position gave, kept because the alternatives of
         a value read the same token one after the other. */
@@ -117,6 +131,7 @@ private:
     size_t length;
     juce::String textString, source;
     size_t position = 0;
+    bool endConsumed = false; // a token has reached the end of the text: no token can be read after it
     juce::InputStream* binary;
     ExecutionContext& context;
     bool errorReported = false;
@@ -140,24 +155,26 @@ private:
     {
         std::shared_ptr<State> state;
         size_t end;
+        bool endConsumed;
         uint32_t height;
     };
 
     bool backtracking = false;
     std::unordered_map<size_t, EarlierParse> earlierParses;
 
-    // Primitive steps. The position runs up to length + 1, which stands for
-    // "the end of the text has been consumed by a token".
-    bool isPastEnd() const noexcept { return position > length; }
-    size_t skipWhiteSpaceFrom (size_t start) const noexcept;
+    // Scanning, which moves no position (StateParserTokens.h and .cpp; the inline
+    // ones are in the header, for both readers).
+    inline size_t skipWhiteSpaceFrom (size_t start) const noexcept;
     size_t skipWhiteSpaceRun (size_t start) const noexcept;
     size_t skipBlanks (size_t from) const noexcept;
-    void skipWhiteSpace() noexcept { position = skipWhiteSpaceFrom (position); }
+    inline bool scanToken (size_t from, Separators separators, Token& token, size_t& next) const;
+    bool scanQuotedString (size_t from, Token& token, size_t& next) const;
+
+    // The rules' steps, which move the position (StateParserRules.cpp).
+    inline void skipWhiteSpace() noexcept;
     bool matchLiteral (const char* literal);
     bool readToken (Separators separators, Token& token);
-    bool scanToken (size_t from, Separators separators, Token& token, size_t& next) const;
     bool readQuotedString (Token& token);
-    bool scanQuotedString (size_t from, Token& token, size_t& next) const;
     bool readNonNegativeInteger (uint64_t& value);
     bool readIdentifierName (Token& token);
 
@@ -170,6 +187,8 @@ private:
     bool parseVersion (uint64_t& version);
     bool parseValue (State& state);
     bool parseVoid (State& state);
+    template <class Value, class Convert>
+    bool parseWordValue (State& state, Convert convert, void (State::*setValue) (Value));
     bool parseBoolean (State& state);
     bool parseInteger (State& state);
     bool parseReal (State& state);
@@ -184,14 +203,15 @@ private:
     const ClassExpression* parseTemplateForm();
     const ClassExpression* parseAtomicForm();
 
-    juce::String getName (const Token& token);
-    juce::String getName (const Token& token, uint32_t hash);
-    juce::String getStringValue (const Token& token);
+    // Values of tokens, converted once per text (StateParserTokens.h and .cpp)
+    inline juce::String getName (const Token& token);
+    inline juce::String getName (const Token& token, uint32_t hash);
+    inline juce::String getStringValue (const Token& token);
     const ClassExpression* getAtomicExpression (const Token& name);
     void readBufferBytes (State& state, uint64_t offset, uint64_t size);
     void notifyParsed (State& state);
 
-    // Reporting
+    // Reporting (StateParserTokens.cpp)
     void report (const juce::String& message);
     juce::String getPositionReport() const;
     void getLineAndColumn (uint32_t& line, uint32_t& column) const noexcept;
