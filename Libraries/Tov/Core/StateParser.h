@@ -7,6 +7,17 @@
 #include <unordered_map>
 #include <vector>
 
+// What the parser's files call in one another is hidden from the library's
+// exports (none of it is public), so that those calls go straight to the
+// function rather than through the procedure linkage table of the shared
+// library: the plain-text reader makes several such calls per node, and
+// through the table they cost about 2% of a parse.
+#if defined (__GNUC__)
+ #define TOV_STATE_PARSER_HIDDEN __attribute__ ((visibility ("hidden")))
+#else
+ #define TOV_STATE_PARSER_HIDDEN
+#endif
+
 namespace tov
 {
 
@@ -22,8 +33,8 @@ class UniqueIdentifier;
     there are no comments; alternatives are tried in the order given):
 
         state             := ["'" class-expression] [identifier] [version] value
-        identifier        := "nil" | "@" lower-case hexadecimal digits          (token of set B)
-        version           := "#" decimal digits, possibly none                  (token of set B)
+        identifier        := "nil" | "@" lower-case hexadecimal digits          (prefix token)
+        version           := "#" decimal digits, possibly none                  (prefix token)
         value             := "void" | boolean | integer | real | string | "->" identifier
                            | "=>" state | "[" offset size "]" | "{" variables "}"
                            | "0x" token | class-expression
@@ -40,12 +51,13 @@ class UniqueIdentifier;
         class-expression  := (identifier-name "(" variables ")" | identifier-name) {":" identifier-name}
         identifier-name   := a token beginning with a letter, other than nil, void, true and false
 
-    Tokens end at a byte of set A, " ,{}():=\t\r\n][", except identifiers and
-    versions, which end at a byte of set B, " ,{\r\n}". A token may be empty
-    only at the end of the text, and a token that reaches the end consumes it,
-    so that nothing can be read after it. Every rule restores the
-    position when it fails, with one exception: a "{" block whose "}" is missing
-    keeps its position, and the remaining alternatives go on from there.
+    Tokens end at a word separator, a byte of " ,{}():=\t\r\n][", except the
+    prefix tokens (identifiers and versions), which end at a prefix separator,
+    a byte of " ,{\r\n}". A token may be empty only at the end of the text,
+    and a token that reaches the end consumes it, so that nothing can be read
+    after it. Every rule restores the position when it fails, with one
+    exception: a "{" block whose "}" is missing keeps its position, and the
+    remaining alternatives go on from there.
 
     Failures are reported through the ExecutionContext, at most once per parse
     (the innermost failure), with a position report naming the stream, the
@@ -61,6 +73,15 @@ class UniqueIdentifier;
     The parser works in place on the UTF-8 bytes of the text; a token is a view
     of them until its value is converted. Bytes of ill-formed UTF-8 sequences
     read as U+FFFD, so that every token converts to the same text every time.
+
+    Two readers of the grammar share this class. The rules (StateParserRules.cpp)
+    are the reference: they follow the grammar alternative by alternative, with
+    its backtracking, and make every report. The plain-text reader
+    (StateParserPlainReader.h) reads the common texts in one pass and gives up on
+    everything else, which the rules then read from the start. The fuzz target
+    Tests/Fuzz/StateParserFuzzer.cpp holds them in step: it reads every input
+    both ways and requires the same tree and the same reports. Tokens, white
+    space and position reports are in StateParserTokens.h and .cpp.
 */
 class StateParser
 {
@@ -90,14 +111,18 @@ private:
         const char* start = nullptr;
         size_t length = 0;
         bool escaped = false;
+        bool consumesEnd = false; // it reaches the end of the text, which it consumes with it
 
-        bool operator== (const char* literal) const noexcept;
-        bool operator!= (const char* literal) const noexcept { return ! operator== (literal); }
-        juce::String toString() const;
+        inline bool operator== (const char* literal) const noexcept;
+        inline bool operator!= (const char* literal) const noexcept;
+        TOV_STATE_PARSER_HIDDEN juce::String toString() const;
     };
 
-    /** The bytes that end tokens: set A ends most, set B identifiers and versions. */
-    enum class Separators { setA, setB };
+    /** The bytes that end tokens, named after the tokens they end: word separators
+        end values, names and class names; prefix separators end the identifiers and
+        versions that stand before a value.
+    */
+    enum class Separators { ofWords, ofPrefixes };
 
     /** What reading a token at a position gave, kept because the alternatives of
         a value read the same token one after the other. */
@@ -109,14 +134,15 @@ private:
         size_t end = 0;
     };
 
-    class Rule;
-    class PendingVariables;
-    class PlainReader;
+    class TOV_STATE_PARSER_HIDDEN Rule;
+    class TOV_STATE_PARSER_HIDDEN PendingVariables;
+    class TOV_STATE_PARSER_HIDDEN PlainReader;
 
     const char* text;
     size_t length;
     juce::String textString, source;
     size_t position = 0;
+    bool endConsumed = false; // a token has reached the end of the text: no token can be read after it
     juce::InputStream* binary;
     ExecutionContext& context;
     bool errorReported = false;
@@ -140,24 +166,26 @@ private:
     {
         std::shared_ptr<State> state;
         size_t end;
+        bool endConsumed;
         uint32_t height;
     };
 
     bool backtracking = false;
     std::unordered_map<size_t, EarlierParse> earlierParses;
 
-    // Primitive steps. The position runs up to length + 1, which stands for
-    // "the end of the text has been consumed by a token".
-    bool isPastEnd() const noexcept { return position > length; }
-    size_t skipWhiteSpaceFrom (size_t start) const noexcept;
-    size_t skipWhiteSpaceRun (size_t start) const noexcept;
-    size_t skipBlanks (size_t from) const noexcept;
-    void skipWhiteSpace() noexcept { position = skipWhiteSpaceFrom (position); }
+    // Scanning, which moves no position (StateParserTokens.h and .cpp; the inline
+    // ones are in the header, for both readers).
+    inline size_t skipWhiteSpaceFrom (size_t start) const noexcept;
+    TOV_STATE_PARSER_HIDDEN size_t skipWhiteSpaceRun (size_t start) const noexcept;
+    TOV_STATE_PARSER_HIDDEN size_t skipBlanks (size_t from) const noexcept;
+    inline bool scanToken (size_t from, Separators separators, Token& token, size_t& next) const;
+    TOV_STATE_PARSER_HIDDEN bool scanQuotedString (size_t from, Token& token, size_t& next) const;
+
+    // The rules' steps, which move the position (StateParserRules.cpp).
+    inline void skipWhiteSpace() noexcept;
     bool matchLiteral (const char* literal);
     bool readToken (Separators separators, Token& token);
-    bool scanToken (size_t from, Separators separators, Token& token, size_t& next) const;
     bool readQuotedString (Token& token);
-    bool scanQuotedString (size_t from, Token& token, size_t& next) const;
     bool readNonNegativeInteger (uint64_t& value);
     bool readIdentifierName (Token& token);
 
@@ -170,6 +198,8 @@ private:
     bool parseVersion (uint64_t& version);
     bool parseValue (State& state);
     bool parseVoid (State& state);
+    template <class Value, class Convert>
+    bool parseWordValue (State& state, Convert convert, void (State::*setValue) (Value));
     bool parseBoolean (State& state);
     bool parseInteger (State& state);
     bool parseReal (State& state);
@@ -184,17 +214,20 @@ private:
     const ClassExpression* parseTemplateForm();
     const ClassExpression* parseAtomicForm();
 
-    juce::String getName (const Token& token);
-    juce::String getName (const Token& token, uint32_t hash);
-    juce::String getStringValue (const Token& token);
-    const ClassExpression* getAtomicExpression (const Token& name);
+    // Values of tokens, converted once per text (StateParserTokens.h and .cpp)
+    TOV_STATE_PARSER_HIDDEN inline juce::String getName (const Token& token);
+    TOV_STATE_PARSER_HIDDEN inline juce::String getName (const Token& token, uint32_t hash);
+    TOV_STATE_PARSER_HIDDEN inline juce::String getStringValue (const Token& token);
+    TOV_STATE_PARSER_HIDDEN const ClassExpression* getAtomicExpression (const Token& name);
     void readBufferBytes (State& state, uint64_t offset, uint64_t size);
     void notifyParsed (State& state);
 
-    // Reporting
+    // Reporting (StateParserTokens.cpp)
     void report (const juce::String& message);
     juce::String getPositionReport() const;
     void getLineAndColumn (uint32_t& line, uint32_t& column) const noexcept;
 };
 
 } // namespace tov
+
+#undef TOV_STATE_PARSER_HIDDEN

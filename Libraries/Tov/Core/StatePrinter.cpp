@@ -84,8 +84,9 @@ namespace
         return state.getType() == StateType::variablesType || state.getType() == StateType::ownedPointerType;
     }
 
-    // The tokens of the form are a byte or two long.
-    size_t getLength (const char* literal) noexcept
+    // The tokens of the form are a byte or two long; the estimates below are
+    // counted from their texts when the code is compiled.
+    constexpr size_t getLength (const char* literal) noexcept
     {
         size_t length = 0;
         while (literal[length] != 0)
@@ -95,6 +96,36 @@ namespace
 
     // Larger blocks gain nothing; smaller ones cost a call to the stream more often.
     constexpr size_t textBlockSize = 1 << 16;
+
+    // What estimateLength counts besides the texts of names and values, in
+    // characters: the literal texts of the form that they stand for.
+    namespace estimated
+    {
+        // The class token "'" before a class expression, and the blank after it.
+        constexpr uint64_t aroundClassExpression = getLength ("' ");
+        // The blank after an identifier.
+        constexpr uint64_t afterIdentifier = getLength (" ");
+        // The "#" before a version, and the blank after it.
+        constexpr uint64_t aroundVersion = getLength ("# ");
+        // The owned pointer token "=>", and the blank after it.
+        constexpr uint64_t ownedPointerToken = getLength ("=> ");
+        // A null target prints nothing, but counts as "void" would.
+        constexpr uint64_t nullTarget = getLength ("void");
+        // The "{" that opens a list.
+        constexpr uint64_t openScope = getLength ("{");
+        // The "}" that closes a list.
+        constexpr uint64_t closeScope = getLength ("}");
+        // An empty list counts as "{ }" would, although it prints as "void": one more than its braces.
+        constexpr uint64_t emptyList = getLength ("{ }") - openScope - closeScope;
+        // The assignment token "=" between blanks, after a variable's name.
+        constexpr uint64_t assignment = getLength (" = ");
+        // The ", " between variables.
+        constexpr uint64_t variableSeparator = getLength (", ");
+        // A native pointer counts as "0x" and eight hexadecimal digits, whatever its value.
+        constexpr uint64_t nativePointer = getLength ("0x00000000");
+        // The "[", the blank between offset and size, and the "]" of a buffer.
+        constexpr uint64_t aroundBuffer = getLength ("[ ]");
+    }
 }
 
 // When the text and the buffers share a stream, each piece goes out at once, so
@@ -330,48 +361,49 @@ uint64_t StatePrinter::estimateLength (const State& state, uint64_t limit) const
     const auto add = [&] (uint64_t amount) { total += amount; return total >= limit; };
 
     if (auto* expression = state.getClassExpression())
-        if (add (countCharacters (expression->toString()) + 2))
+        if (add (countCharacters (expression->toString()) + estimated::aroundClassExpression))
             return total;
     if (state.getUniqueIdentifier().isNotNull())
-        if (add ((uint64_t) state.getUniqueIdentifier().to64BitsHexadecimalString().length() + 1))
+        if (add ((uint64_t) state.getUniqueIdentifier().to64BitsHexadecimalString().length() + estimated::afterIdentifier))
             return total;
     if (state.getVersionNumber() != 0)
-        if (add ((uint64_t) versionToString (state.getVersionNumber()).length() + 2))
+        if (add ((uint64_t) versionToString (state.getVersionNumber()).length() + estimated::aroundVersion))
             return total;
 
     switch (state.getType())
     {
         case StateType::ownedPointerType:
         {
-            if (add (3))
+            if (add (estimated::ownedPointerToken))
                 return total;
             auto target = state.getOwnedPointer();
-            add (target != nullptr ? estimateLength (*target, limit - total) : 4);
+            add (target != nullptr ? estimateLength (*target, limit - total) : estimated::nullTarget);
             return total;
         }
         case StateType::variablesType:
         {
             const size_t count = state.getNumVariables();
-            if (add (count == 0 ? 2 : 1))
+            if (add (estimated::openScope + (count == 0 ? estimated::emptyList : 0)))
                 return total;
             for (size_t i = 0; i < count; ++i)
             {
                 const auto& name = state.getVariableName (i);
-                if (name.isNotEmpty() && add (measureName (name).numCharacters + 3))
+                if (name.isNotEmpty() && add (measureName (name).numCharacters + estimated::assignment))
                     return total;
                 if (add (estimateLength (state.getVariableStateRef (i), limit - total)))
                     return total;
-                if (i + 1 < count && add (2))
+                if (i + 1 < count && add (estimated::variableSeparator))
                     return total;
             }
-            add (1);
+            add (estimated::closeScope);
             return total;
         }
         case StateType::nativePointerType:
-            add (10);
+            add (estimated::nativePointer);
             return total;
         case StateType::bufferType:
-            add (numDigits ((juce::int64) binary.getPosition()) + numDigits ((juce::uint64) state.getBuffer().getSize()) + 3);
+            add (numDigits ((juce::int64) binary.getPosition()) + numDigits ((juce::uint64) state.getBuffer().getSize())
+                 + estimated::aroundBuffer);
             return total;
         default:
             add (makeLeafText (state) ? countCharacters (leafText.data(), leafText.size()) : (uint64_t) state.toShortString (1).length());
