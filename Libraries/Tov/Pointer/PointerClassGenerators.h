@@ -1,42 +1,57 @@
 #pragma once
 
+#include "ObjectOwnedPointer.h"
+#include "ObjectWeakPointer.h"
 #include "../Core/TemplateClassGenerator.h"
 
 namespace tov
 {
 
-/** Makes "OwnedPointer(T)": owned pointers whose class attribute "target" is T. */
-class OwnedPointerClassGenerator : public TemplateClassGenerator
+/** Makes the classes of a template whose one parameter is "target", as "OwnedPointer(T)": each
+    derives from Base, makes Base objects, and names itself by its friendly name expression. */
+template <class Base>
+class TargetClassGenerator : public TemplateClassGenerator
 {
 public:
+    explicit TargetClassGenerator (const char* friendlyNameExpression) : friendlyNameExpression (friendlyNameExpression) {}
+
     class GeneratedClass : public TemplateGeneratedClass
     {
     public:
-        Class* declareBaseClass() override;
-        Object* createInstance() const override;
-        void declareAttributes (ExecutionContext& context) override;
+        explicit GeneratedClass (const char* friendlyNameExpression) : friendlyNameExpression (friendlyNameExpression) {}
+
+        Class* declareBaseClass() override            { return &Base::staticClass; }
+        Object* createInstance() const override       { return new Base(); }
+        void declareAttributes (ExecutionContext& context) override
+        {
+            TemplateGeneratedClass::declareAttributes (context);
+            setAttribute (context, "friendlyNameExpression", new State (juce::String (friendlyNameExpression)));
+        }
+
+    private:
+        const char* friendlyNameExpression;
     };
 
 protected:
-    TemplateGeneratedClass* createEmptyClass() override  { return new GeneratedClass(); }
+    TemplateGeneratedClass* createEmptyClass() override  { return new GeneratedClass (friendlyNameExpression); }
     void declareParameters (ExecutionContext&) override  { addParameter ("target", "Object"); }
+
+private:
+    const char* friendlyNameExpression;
+};
+
+/** Makes "OwnedPointer(T)": owned pointers whose class attribute "target" is T. */
+class OwnedPointerClassGenerator : public TargetClassGenerator<ObjectOwnedPointer>
+{
+public:
+    OwnedPointerClassGenerator() : TargetClassGenerator ("Child %1") {}
 };
 
 /** Makes "WeakPointer(T)": weak pointers whose class attribute "target" is T. */
-class WeakPointerClassGenerator : public TemplateClassGenerator
+class WeakPointerClassGenerator : public TargetClassGenerator<ObjectWeakPointer>
 {
 public:
-    class GeneratedClass : public TemplateGeneratedClass
-    {
-    public:
-        Class* declareBaseClass() override;
-        Object* createInstance() const override;
-        void declareAttributes (ExecutionContext& context) override;
-    };
-
-protected:
-    TemplateGeneratedClass* createEmptyClass() override  { return new GeneratedClass(); }
-    void declareParameters (ExecutionContext&) override  { addParameter ("target", "Object"); }
+    WeakPointerClassGenerator() : TargetClassGenerator ("%1 Selector") {}
 };
 
 } // namespace tov
