@@ -12,6 +12,7 @@
 #include "Standard/Program.h"
 #include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
+#include "Standard/SuccessStatus.h"
 #include "Standard/Time.h"
 
 namespace tov
@@ -122,6 +123,8 @@ Library* createTovStandardLibrary()
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
     library->addClass<Time>();
+    library->addClass<SuccessState>();
+    library->addClass<SuccessStatus>();
     library->addClass<SoftwareVersion>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();

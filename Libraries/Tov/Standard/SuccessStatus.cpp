@@ -3,16 +3,25 @@
 namespace tov
 {
 
-TOV_BEGIN_CLASS (SuccessStatus)
+TOV_BEGIN_CLASS (SuccessState)
 TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (SuccessStatus)
+    TOV_VARIABLE (state)
+    TOV_VARIABLE (message)
+TOV_END_CLASS()
+
+SuccessStatus::SuccessStatus (SuccessStateEnum initialState, const juce::String& initialMessage)
+{
+    set (initialState, initialMessage);
+}
 
 void SuccessStatus::set (SuccessStateEnum newState, const juce::String& newMessage)
 {
-    if (newState == state && newMessage == message)
+    if (newState == getState() && newMessage == getMessage())
         return;
-    state = newState;
-    message = newMessage;
-    changed();
+    state.setState (newState, true);
+    message.set (newMessage, true);
 }
 
 void SuccessStatus::set (bool success, const juce::String& newMessage)
@@ -23,20 +32,6 @@ void SuccessStatus::set (bool success, const juce::String& newMessage)
         setWarning (newMessage);
     else
         setSuccess ({});
-}
-
-void SuccessStatus::copyTo (Object& target) const
-{
-    Object::copyTo (target);
-    if (auto* status = dynamic_cast<SuccessStatus*> (&target))
-        status->set (state, message);
-}
-
-bool SuccessStatus::equalsSameClass (const Object& other) const
-{
-    auto* status = dynamic_cast<const SuccessStatus*> (&other);
-    return status != nullptr && Object::equalsSameClass (other)
-        && status->state == state && status->message == message;
 }
 
 } // namespace tov
