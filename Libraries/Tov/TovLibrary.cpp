@@ -8,8 +8,20 @@
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
 #include "Pointer/PointerClassGenerators.h"
+#include "Standard/ActivationState.h"
+#include "Standard/AttributedString.h"
+#include "Standard/ColorShift.h"
+#include "Standard/ColorWithAlpha.h"
+#include "Standard/EventCounter.h"
 #include "Standard/ExecutionContext.h"
+#include "Standard/FrameSidesLink.h"
+#include "Standard/GammaCorrection.h"
+#include "Standard/Justification.h"
+#include "Standard/Orientation.h"
+#include "Standard/PixelRectangle.h"
 #include "Standard/Program.h"
+#include "Standard/Rational.h"
+#include "Standard/Seed.h"
 #include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
 #include "Standard/SuccessStatus.h"
@@ -122,13 +134,28 @@ Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
+    library->addClass<EventCounter>();
+    library->addClass<Rational>();
+    library->addClass<Seed>();
+    library->addClass<Color>();
+    library->addClass<ColorWithAlpha>();
+    library->addClass<ColorShift>();
+    library->addClass<GammaCorrection>();
+    library->addClass<PixelPoint>();
+    library->addClass<PixelSize>();
+    library->addClass<PixelRectangle>();
+    library->addClass<Justification>();
+    library->addClass<FrameSidesLink>();
     library->addClass<Time>();
     library->addClass<SuccessState>();
     library->addClass<SuccessStatus>();
+    library->addClass<ActivationState>();
+    library->addClass<Orientation>();
     library->addClass<SoftwareVersion>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
     library->addClass<Program>();
+    library->addClass<AttributedString>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
 }

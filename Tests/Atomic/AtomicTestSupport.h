@@ -27,6 +27,14 @@ inline LoadOutcome loadFromState (Object& object, const std::shared_ptr<State>& 
     return outcome;
 }
 
+/** Loads the state that a State text describes. */
+inline LoadOutcome loadFromText (Object& object, const juce::String& text)
+{
+    juce::String parseMessages;
+    ToStringExecutionContext parseContext (parseMessages);
+    return loadFromState (object, State::createFromStateString (parseContext, text, "test"));
+}
+
 /** Loads the state that the exporter makes of source, with these flags, into target. */
 inline LoadOutcome saveAndLoad (const Object& source, Object& target, uint32_t flags = 0)
 {

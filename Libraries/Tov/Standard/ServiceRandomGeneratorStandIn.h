@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include "RandomGenerator.h"
 
 namespace tov
 {
@@ -9,17 +9,20 @@ namespace tov
     services have generators of their own.
 
     A service's generator belongs to the service's thread, so until then each thread has
-    one: a 48-bit linear congruential generator, seeded from the high-resolution clock the
-    first time the thread asks. Object spaces draw the identifiers of new objects from it.
+    one RandomGenerator, seeded from the high-resolution clock the first time the thread
+    asks. Object spaces draw the identifiers of new objects from it.
 */
 class ServiceRandomGeneratorStandIn
 {
 public:
+    /** The calling thread's generator. */
+    static RandomGenerator& getRandomGenerator();
+
     /** 64 random bits of the calling thread's generator: two 32-bit samples, the first in the high half. */
-    static uint64_t sampleInt64();
+    static uint64_t sampleInt64()                      { return (uint64_t) getRandomGenerator().sampleInt64(); }
 
     /** Sets the calling thread's generator to that state, with no step taken. */
-    static void setSeed (int64_t seed);
+    static void setSeed (int64_t seed)                 { getRandomGenerator().setSeed (seed); }
 };
 
 } // namespace tov

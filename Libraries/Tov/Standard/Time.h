@@ -6,7 +6,8 @@
 namespace tov
 {
 
-/** A wall-clock instant, saved as the integer milliseconds since 1970. */
+/** A wall-clock instant, saved as the integer milliseconds since 1970. Its texts are those
+    of TimeText, in local time. */
 class Time : public ValueObject<juce::Time>
 {
 public:
@@ -20,6 +21,10 @@ public:
 
     /** "2026/03/07 09:05:02"; "N/A" for a zero time. */
     juce::String toString() const override           { return TimeText::toString (value); }
+    /** "09:05:02"; "N/A" for a zero time. */
+    juce::String toStringWithoutDay() const          { return TimeText::toStringWithoutDay (value); }
+    /** "07/03/2026": day, month, year. */
+    juce::String toFrenchStyleString() const         { return TimeText::toFrenchStyleString (value); }
     /** "2026-3-7_9-5-2": no padding. */
     juce::String toFileNameString() const            { return TimeText::toFileNameString (value); }
 
