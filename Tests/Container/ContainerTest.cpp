@@ -66,6 +66,28 @@ TEST_F (ContainerTest, TheContainerLibraryDeclaresItsClassesAndMakesGeneratedOne
     EXPECT_EQ (getClass ("OwnedVector(NoSuchClass)"), nullptr);
 }
 
+TEST_F (ContainerTest, TheMirroringExclusionListOfASpaceIsAReflectedMap)
+{
+    ObjectSpace space;
+    EXPECT_EQ (space.getMirroringExclusionList().getClass()->getName(), "Map({key = ObjectWeakPointer, value = Integer})");
+    EXPECT_EQ (space.getMirroringExclusionList().getParent(), &space);
+    Track track;
+    space.addToMirroringExclusionList (track, -1);
+    EXPECT_EQ (space.getMirroringExclusionList().toString().startsWith ("{"), true);
+    EXPECT_FALSE (space.getMirroringExclusionList().isObjectInitialized());
+}
+
+TEST_F (ContainerTest, AVectorElementOfAnExcludedObjectIsNotExcluded)
+{
+    Owned<Album> album (make<Album>());
+    album->tracks.append (makeTrack ("a"));
+    ObjectSpace space;
+    space.addToMirroringExclusionList (*album, -1);
+    EXPECT_TRUE (space.isInMirroringExclusionList (album->tracks));
+    EXPECT_FALSE (space.isInMirroringExclusionList (*album->tracks[0]));
+    EXPECT_FALSE (space.isInMirroringExclusionList (album->tracks[0]->gain));
+}
+
 TEST_F (ContainerTest, ATypedPathStepsThroughAVectorOfOneElement)
 {
     Owned<Album> album (make<Album>());
