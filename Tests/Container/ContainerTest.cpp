@@ -181,3 +181,22 @@ TEST_F (ContainerDocumentTest, AShallowStateNamesElementsByIdentifierAndLoadsThe
     EXPECT_EQ (copy->items[3], album->tracks[3]);
     EXPECT_EQ (album->tracks[3]->getReferenceCount(), 2u);
 }
+
+TEST_F (ContainerDocumentTest, AMapLoadsItsShallowStateBackWithTheSameKeysAndValues)
+{
+    Album* album = buildAlbum();
+    auto shallow = StateObjectExporter::make (album->tracksByMood, exportOwnedPointersAsIdentifiers, false);
+    EXPECT_EQ (shallow->getVariableState (0)->getVariableStateByName ("value")->getType(), StateType::weakPointerType);
+    Track* calm = album->tracksByMood.find ("calm");
+    Object* calmKey = album->tracksByMood.begin().getKey();
+
+    ChangeCounter changes (album->tracksByMood);
+    ToStringExecutionContext loading;
+    ASSERT_TRUE (album->tracksByMood.loadFromState (loading, shallow));
+    EXPECT_EQ (album->tracksByMood.find ("calm"), calm);
+    EXPECT_EQ (album->tracksByMood.begin().getKey(), calmKey);
+    EXPECT_EQ (calm->getReferenceCount(), 1u);
+    EXPECT_EQ (calm->getParent(), &album->tracksByMood);
+    EXPECT_EQ (album->tracksByMood.size(), 2u);
+    EXPECT_EQ (changes.count, 0);
+}
