@@ -1,5 +1,6 @@
 #include <Tov/Core/Library.h>
 #include <Tov/Core/ObjectSpace.h>
+#include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <atomic>
@@ -213,26 +214,10 @@ void registerBenchmarks()
 }
 
 //==============================================================================
-/** Prints the runs as the console reporter does, then the space's time per object divided by the map's. */
-class RatioReporter : public benchmark::ConsoleReporter
+/** Prints the runs, then the ratio table. */
+class RatioReporter : public tov::benchmarks::MedianReporter
 {
 public:
-    RatioReporter() : ConsoleReporter (isatty (fileno (stdout)) ? OO_ColorTabular : OO_Tabular) {}
-
-    void ReportRuns (const std::vector<Run>& runs) override
-    {
-        for (const auto& run : runs)
-        {
-            if (run.error_occurred || run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
-                continue;
-            medianSeconds[run.run_name.function_name] = run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier (run.time_unit);
-            const auto allocations = run.counters.find ("allocations per change");
-            if (allocations != run.counters.end())
-                allocationsPerChange = allocations->second.value;
-        }
-        ConsoleReporter::ReportRuns (runs);
-    }
-
     void printRatioTable() const
     {
         std::printf ("\nObjectSpace's CPU time per object divided by std::unordered_map's (%zu objects; below 1: the space is faster)\n", numObjects);
@@ -246,19 +231,13 @@ public:
         }
         const double change = find ("SendObjectChanged/ObjectSpace") * 1e9;
         if (change > 0)
-            std::printf ("\nObject::changed in a space with two views: %.1f ns, %.3f allocations per change\n", change, allocationsPerChange);
+            std::printf ("\nObject::changed in a space with two views: %.1f ns, %.3f allocations per change\n", change,
+                         getMedianCounter ("SendObjectChanged/ObjectSpace", "allocations per change"));
         std::fflush (stdout);
     }
 
 private:
-    std::map<std::string, double> medianSeconds;
-    double allocationsPerChange = -1.0;
-
-    double find (const juce::String& name) const
-    {
-        const auto found = medianSeconds.find (name.toStdString());
-        return found != medianSeconds.end() ? found->second : 0.0;
-    }
+    double find (const juce::String& name) const     { return getMedianSeconds (name.toStdString()); }
 };
 
 } // namespace

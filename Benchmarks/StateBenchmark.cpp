@@ -1,5 +1,6 @@
 #include "BenchmarkDocument.h"
 #include <Tov/Standard/ExecutionContext.h>
+#include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <rapidjson/stringbuffer.h>
@@ -184,26 +185,10 @@ void registerBenchmarks()
 }
 
 //==============================================================================
-/** Prints the runs as the console reporter does, and keeps the median CPU time per document for the ratio table. */
-class RatioTableReporter : public benchmark::ConsoleReporter
+/** Prints the runs, then the ratio table of the medians. */
+class RatioTableReporter : public tov::benchmarks::MedianReporter
 {
 public:
-    RatioTableReporter() : ConsoleReporter (isatty (fileno (stdout)) ? OO_ColorTabular : OO_Tabular) {}
-
-    void ReportRuns (const std::vector<Run>& runs) override
-    {
-        for (const auto& run : runs)
-        {
-            if (! run.error_occurred && run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-            {
-                secondsPerDocument[run.run_name.function_name] = run.GetAdjustedCPUTime() / 1000.0;
-                const auto bytes = run.counters.find ("bytes");
-                bytesPerDocument[run.run_name.function_name] = bytes != run.counters.end() ? bytes->second.value : 0.0;
-            }
-        }
-        ConsoleReporter::ReportRuns (runs);
-    }
-
     /** For each size and operation, State's time divided by each peer's: below 1 State is faster. */
     void printRatioTable() const
     {
@@ -218,7 +203,7 @@ public:
                 const double stateSeconds = find (operation, Contestant::state, size);
                 if (stateSeconds <= 0)
                     continue;
-                const double stateBytes = bytesPerDocument.at (getBenchmarkName (operation, Contestant::state, size).toStdString());
+                const double stateBytes = getMedianCounter (getBenchmarkName (operation, Contestant::state, size).toStdString(), "bytes", 0.0);
                 std::printf ("%-5s %-12s %10.2f %10.0f", size.name, getName (operation), stateSeconds * 1000, stateBytes / stateSeconds / 1e6);
                 for (const auto peer : peers)
                 {
@@ -235,12 +220,9 @@ public:
     }
 
 private:
-    std::map<std::string, double> secondsPerDocument, bytesPerDocument;
-
     double find (Operation operation, Contestant contestant, const DocumentSize& size) const
     {
-        const auto found = secondsPerDocument.find (getBenchmarkName (operation, contestant, size).toStdString());
-        return found != secondsPerDocument.end() ? found->second : 0.0;
+        return getMedianSeconds (getBenchmarkName (operation, contestant, size).toStdString());
     }
 };
 

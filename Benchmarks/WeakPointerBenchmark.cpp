@@ -4,6 +4,7 @@
 #include <Tov/Pointer/ObjectWeakPointer.h>
 #include <Tov/Standard/CurrentServiceStandIn.h>
 #include <Tov/Standard/Program.h>
+#include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -142,37 +143,18 @@ void lookUpInUnorderedMap (benchmark::State& state)
             state.SkipWithError ("an identifier was not found");
 }
 
-/** Prints the runs as the console reporter does, then the ratio of the medians. */
-class RatioReporter : public benchmark::ConsoleReporter
+/** Prints the runs, then the ratio of the medians. */
+class RatioReporter : public tov::benchmarks::MedianReporter
 {
 public:
-    RatioReporter() : ConsoleReporter (isatty (fileno (stdout)) ? OO_ColorTabular : OO_Tabular) {}
-
-    void ReportRuns (const std::vector<Run>& runs) override
-    {
-        for (const auto& run : runs)
-            if (! run.error_occurred && run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-                medianSeconds[run.run_name.function_name] = run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier (run.time_unit);
-        ConsoleReporter::ReportRuns (runs);
-    }
-
     void printRatio() const
     {
-        const double resolve = find ("ResolveWeakPointers") / numPointers * 1e9;
-        const double lookUp = find ("LookUpInUnorderedMap") / numPointers * 1e9;
+        const double resolve = getMedianSeconds ("ResolveWeakPointers") / numPointers * 1e9;
+        const double lookUp = getMedianSeconds ("LookUpInUnorderedMap") / numPointers * 1e9;
         if (resolve > 0 && lookUp > 0)
             std::printf ("\nWeakPointer::get after a load: %.1f ns per pointer; unordered_map lookup: %.1f ns; ratio %.2f\n",
                          resolve, lookUp, resolve / lookUp);
         std::fflush (stdout);
-    }
-
-private:
-    std::map<std::string, double> medianSeconds;
-
-    double find (const std::string& name) const
-    {
-        const auto found = medianSeconds.find (name);
-        return found != medianSeconds.end() ? found->second : 0.0;
     }
 };
 

@@ -4,6 +4,10 @@
 #include "Core/DynamicallyLinkedLibrary.h"
 #include "Core/ObjectSpace.h"
 #include "Atomic/Atomic.h"
+#include "Container/ContainerClassGenerators.h"
+#include "Container/NamedObjectMap.h"
+#include "Container/Optional.h"
+#include "Container/StringVector.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
@@ -118,7 +122,22 @@ Library* createTovPointerLibrary()
     return library;
 }
 
-Library* createTovContainerLibrary()  { return createSubLibrary ("Container", sourceRoot + "/Container"); }
+Library* createTovContainerLibrary()
+{
+    auto* library = createSubLibrary ("Container", sourceRoot + "/Container");
+    library->addClass<Container>();
+    library->addClass<ObjectOwnedVector>();
+    library->addClassGenerator ("OwnedVector", new OwnedVectorClassGenerator());
+    library->addClass<StringVector>();
+    library->addClass<ObjectMap>();
+    library->addClassGenerator ("Map", new MapClassGenerator());
+    library->addClass<NamedObjectMap>();
+    library->addClass<ObjectOption>();
+    library->addClassGenerator ("Option", new OptionClassGenerator());
+    library->addClass<Optional>();
+    return library;
+}
+
 Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }
 
 Library* createTovMessageLibrary()

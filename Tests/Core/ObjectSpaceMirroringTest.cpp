@@ -26,6 +26,11 @@ TOV_END_CLASS()
 
 using CountedMessage = DestructionCounting<Message>;
 
+ObjectSpace::MirroringExclusionList::TypedIterator firstEntry (const ObjectSpace& space)
+{
+    return space.getMirroringExclusionList().begin();
+}
+
 void updateTimes (ObjectSpace& space, int times)
 {
     for (int i = 0; i < times; ++i)
@@ -40,7 +45,7 @@ TEST (ObjectSpaceMirroringTest, AnExcludedObjectIsInTheList)
     space.addToMirroringExclusionList (shape, -1);
     EXPECT_TRUE (space.isInMirroringExclusionList (shape));
     EXPECT_FALSE (space.isInMirroringExclusionList (other));
-    EXPECT_EQ (space.getMirroringExclusionList().getNumEntries(), 1u);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 1u);
 }
 
 TEST (ObjectSpaceMirroringTest, MemberVariablesOfAnExcludedObjectAreExcludedAtAnyDepth)
@@ -82,7 +87,7 @@ TEST (ObjectSpaceMirroringTest, MinusOneSurvivesAnyNumberOfUpdates)
     space.addToMirroringExclusionList (shape, -1);
     updateTimes (space, 100);
     EXPECT_TRUE (space.isInMirroringExclusionList (shape));
-    EXPECT_EQ (space.getMirroringExclusionList().getValue (0), -1);
+    EXPECT_EQ (firstEntry (space).getValue()->get(), -1);
 }
 
 TEST (ObjectSpaceMirroringTest, TwoLastsTwoUpdates)
@@ -92,10 +97,10 @@ TEST (ObjectSpaceMirroringTest, TwoLastsTwoUpdates)
     space.addToMirroringExclusionList (shape, 2);
     updateTimes (space, 1);
     EXPECT_TRUE (space.isInMirroringExclusionList (shape));
-    EXPECT_EQ (space.getMirroringExclusionList().getValue (0), 1);
+    EXPECT_EQ (firstEntry (space).getValue()->get(), 1);
     space.updateMirroring (1.0, 0.05);
     EXPECT_FALSE (space.isInMirroringExclusionList (shape));
-    EXPECT_EQ (space.getMirroringExclusionList().getNumEntries(), 0u);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 0u);
 }
 
 TEST (ObjectSpaceMirroringTest, OneEndsAtTheNextUpdate)
@@ -114,7 +119,7 @@ TEST (ObjectSpaceMirroringTest, ZeroIsLeftAloneAndStillExcludes)
     Shape shape;
     space.addToMirroringExclusionList (shape, 0);
     updateTimes (space, 3);
-    EXPECT_EQ (space.getMirroringExclusionList().getNumEntries(), 1u);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 1u);
     EXPECT_TRUE (space.isInMirroringExclusionList (shape));
 }
 
@@ -124,10 +129,10 @@ TEST (ObjectSpaceMirroringTest, AddingAgainSetsTheCounterOfTheSameEntry)
     Shape shape;
     space.addToMirroringExclusionList (shape, -1);
     space.addToMirroringExclusionList (shape, 1);
-    EXPECT_EQ (space.getMirroringExclusionList().getNumEntries(), 1u);
-    EXPECT_EQ (space.getMirroringExclusionList().getValue (0), 1);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 1u);
+    EXPECT_EQ (firstEntry (space).getValue()->get(), 1);
     space.updateMirroring (0.0, 0.05);
-    EXPECT_EQ (space.getMirroringExclusionList().getNumEntries(), 0u);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 0u);
 }
 
 TEST (ObjectSpaceMirroringTest, ADeadEntryOfOneStaysAndIsIgnored)
@@ -138,9 +143,9 @@ TEST (ObjectSpaceMirroringTest, ADeadEntryOfOneStaysAndIsIgnored)
     space.addToMirroringExclusionList (*shape, 1);
     shape->deleteThis();
     updateTimes (space, 3);
-    ASSERT_EQ (space.getMirroringExclusionList().getNumEntries(), 1u);
-    EXPECT_EQ (space.getMirroringExclusionList().getObject (0), nullptr);
-    EXPECT_EQ (space.getMirroringExclusionList().getValue (0), 1);
+    ASSERT_EQ (space.getMirroringExclusionList().size(), 1u);
+    EXPECT_EQ (firstEntry (space).getKey()->getIfAlreadyCached(), nullptr);
+    EXPECT_EQ (firstEntry (space).getValue()->get(), 1);
 }
 
 TEST (ObjectSpaceMirroringTest, ADeadEntryExcludesNothingAndAnotherObjectGetsAnEntryOfItsOwn)
@@ -152,7 +157,7 @@ TEST (ObjectSpaceMirroringTest, ADeadEntryExcludesNothingAndAnotherObjectGetsAnE
     Shape shape;
     EXPECT_FALSE (space.isInMirroringExclusionList (shape));
     space.addToMirroringExclusionList (shape, 2);
-    EXPECT_EQ (space.getMirroringExclusionList().getNumEntries(), 2u);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 2u);
     EXPECT_TRUE (space.isInMirroringExclusionList (shape));
 }
 
@@ -164,7 +169,7 @@ TEST (ObjectSpaceMirroringTest, AnEntryDiesWithItsObjectsDeinitialisation)
     space.addToMirroringExclusionList (shape->width, 1);
     shape->callDeinitializeObject();
     EXPECT_FALSE (space.isInMirroringExclusionList (shape->width));
-    EXPECT_EQ (space.getMirroringExclusionList().getObject (0), nullptr);
+    EXPECT_EQ (firstEntry (space).getKey()->getIfAlreadyCached(), nullptr);
 }
 
 TEST (ObjectSpaceMirroringTest, AMessageForNoMirrorerIsDeletedAndRefused)

@@ -1,4 +1,5 @@
 #include "PointerTestSupport.h"
+#include "Support/DeletionWatcher.h"
 #include <Tov/Core/StateObjectExporter.h>
 
 using namespace tov;
@@ -7,14 +8,6 @@ using namespace tov::test;
 namespace
 {
 class OwnedPointerTest : public PointerTest {};
-
-/** Hears of the deletion of the object it watches. */
-struct DeletionWatcher : View
-{
-    explicit DeletionWatcher (Object& object)  { attachObject (&object); }
-    void deletedCallback (Object*) override    { deleted = true; }
-    bool deleted = false;
-};
 
 Owned<Node> makeOwnedNode (const juce::String& name, int64_t value = 0)
 {

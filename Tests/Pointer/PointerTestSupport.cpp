@@ -37,7 +37,7 @@ Node* PointerTest::makeNode (const juce::String& name, int64_t value)
     return node;
 }
 
-NamedSpaces::Space& PointerTest::makeSpace (const juce::String& name, Node* root)
+NamedSpaces::Space& PointerTest::makeSpace (const juce::String& name, Object* root)
 {
     auto& space = spaces.add (name);
     space.setRootObject (root, true);

@@ -73,8 +73,8 @@ protected:
 
     /** A node named so, made by its class, not yet in a space. */
     static Node* makeNode (const juce::String& name, int64_t value = 0);
-    /** A space holding the node as its root, under the root identifier. */
-    NamedSpaces::Space& makeSpace (const juce::String& name, Node* root);
+    /** A space holding the object as its root, under the root identifier. */
+    NamedSpaces::Space& makeSpace (const juce::String& name, Object* root);
 };
 
 /** Makes the classes of these tests known to the library tree; safe to call more than once. */

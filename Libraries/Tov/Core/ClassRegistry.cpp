@@ -218,7 +218,26 @@ Class* getTemplateClass (const juce::String& templateName, Class* argument)
     return registry->resolve (createTemplateClassExpression (templateName, arguments), nullptr);
 }
 
+Class* getTemplateClass (const juce::String& templateName, std::initializer_list<std::pair<const char*, Class*>> arguments)
+{
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    if (registry == nullptr)
+        return nullptr;
+    auto object = std::make_shared<State>();
+    for (auto& [name, argument] : arguments)
+    {
+        if (argument == nullptr)
+            return nullptr;
+        auto value = std::make_shared<State>();
+        value->setClassValue (argument);
+        object->addVariable (name, value);
+    }
+    return registry->resolve (createTemplateClassExpression (templateName, object), nullptr);
+}
+
 Class* ownedVectorClass (Class* targetClass)   { return getTemplateClass ("OwnedVector", targetClass); }
+Class* mapClass (Class* keyClass, Class* valueClass) { return getTemplateClass ("Map", { { "key", keyClass }, { "value", valueClass } }); }
+Class* optionClass (Class* valueClass)         { return getTemplateClass ("Option", valueClass); }
 Class* ownedPointerClass (Class* targetClass)  { return getTemplateClass ("OwnedPointer", targetClass); }
 Class* weakPointerClass (Class* targetClass)   { return getTemplateClass ("WeakPointer", targetClass); }
 

@@ -2,6 +2,7 @@
 
 #include "Library.h"
 #include <juce_core/juce_core.h>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <vector>
@@ -74,7 +75,12 @@ bool hasClass (const juce::String& text);
 
 /** The class of templateName applied to the argument class, made when new; null for a null argument. */
 Class* getTemplateClass (const juce::String& templateName, Class* argument);
+/** The class of templateName applied to named class arguments, as "Map({key=K,value=V})"; null
+    when an argument is null. */
+Class* getTemplateClass (const juce::String& templateName, std::initializer_list<std::pair<const char*, Class*>> arguments);
 Class* ownedVectorClass (Class* targetClass);
+Class* mapClass (Class* keyClass, Class* valueClass);
+Class* optionClass (Class* valueClass);
 Class* ownedPointerClass (Class* targetClass);
 Class* weakPointerClass (Class* targetClass);
 

@@ -5,6 +5,7 @@
 #include "ObjectSpace.h"
 #include "StateObjectExporter.h"
 #include "ComputeHashObjectExporter.h"
+#include "../Container/ObjectOwnedVector.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include "../Pointer/ObjectWeakPointer.h"
 #include "../Standard/ExecutionContext.h"
@@ -333,6 +334,11 @@ void Object::getObjectPath (std::vector<uint64_t>& path) const
         path.push_back (0);
         return;
     }
+    if (auto* vector = dynamic_cast<const ObjectOwnedVector*> (parent))
+    {
+        path.push_back ((uint64_t) vector->find (this));
+        return;
+    }
     const int index = parent->findVariable (this);
     if (index >= 0)
         path.push_back ((uint64_t) index);
@@ -609,6 +615,12 @@ juce::String Object::getAutomaticFriendlyName() const
 {
     if (auto* owner = dynamic_cast<const ObjectOwnedPointer*> (parent))
         return owner->getFriendlyName();
+    if (auto* vector = dynamic_cast<const ObjectOwnedVector*> (parent))
+    {
+        const int index = vector->find (this);
+        if (index >= 0)
+            return vector->getObjectFriendlyName ((size_t) index);
+    }
     if (auto* signature = getSignature())
         return signature->getFriendlyNameWithCapitals();
     return getClassFriendlyName();
@@ -738,6 +750,14 @@ bool Object::isVariableVisible (const Object* variable, VariableDependenciesDecl
 
 bool Object::isAnimatable() const
 {
+    // A list of values that are no numbers has nothing to animate.
+    if (auto* vector = dynamic_cast<const ObjectOwnedVector*> (this))
+    {
+        auto* target = vector->getTargetClass();
+        auto* targetDefault = target->isAbstract() ? nullptr : target->getDefaultObject();
+        if (targetDefault != nullptr && targetDefault->getNumNumberVariables() == 0)
+            return false;
+    }
     for (const Object* level = this; level != nullptr; level = level->parent)
     {
         auto* signature = level->getSignature();

@@ -206,6 +206,8 @@ public:
     virtual juce::String toString() const;
     /** The String variable named "name", "label" or "caption", if any. */
     Object* getLabelVariable() const;
+    /** The text of the label variable; empty without one. */
+    juce::String getLabelText() const;
 
     //==============================================================================
     // Changes
@@ -285,7 +287,6 @@ private:
     uint32_t flags = 0;
 
     bool notifyViewsOf (Object* level);
-    juce::String getLabelText() const;
 };
 
 template <class Callback>

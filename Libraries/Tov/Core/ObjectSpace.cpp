@@ -9,9 +9,15 @@ namespace tov
 TOV_BEGIN_CLASS (ObjectSpace)
 TOV_END_CLASS()
 
-ObjectSpace::ObjectSpace (const juce::String& spaceName)
+ObjectSpace::ObjectSpace()
 {
     rootObject.setParent (this);
+    mirroringExclusionList.setParent (this);
+}
+
+ObjectSpace::ObjectSpace (const juce::String& spaceName)
+    : ObjectSpace()
+{
     name.set (spaceName, false);
 }
 
@@ -182,18 +188,18 @@ bool ObjectSpace::pushMessageToMirroringTargets (Message* message)
 //==============================================================================
 void ObjectSpace::addToMirroringExclusionList (const Object& object, int lifeCounter)
 {
-    const int index = mirroringExclusionList.find (object);
-    if (index >= 0)
-        mirroringExclusionList.setValue ((size_t) index, lifeCounter);
-    else
-        mirroringExclusionList.add (object, lifeCounter);
+    auto* key = static_cast<ObjectWeakPointer*> (ObjectWeakPointer::staticClass.createObject());
+    key->set (const_cast<Object*> (&object), false);
+    // The map keeps the entry of an equal key, and destroys this one.
+    mirroringExclusionList.get (key, false)->set (lifeCounter, false);
 }
 
 bool ObjectSpace::isInMirroringExclusionList (const Object& object) const
 {
-    for (size_t i = 0; i < mirroringExclusionList.getNumEntries(); ++i)
+    for (auto entry : mirroringExclusionList)
     {
-        const Object* excluded = mirroringExclusionList.getObject (i);
+        // Never resolved here: an entry whose object went stays dead.
+        const Object* excluded = entry.getKey()->getIfAlreadyCached();
         if (excluded == nullptr)
             continue;
         // The object itself, or an owner across embedding only.
@@ -208,17 +214,15 @@ bool ObjectSpace::isInMirroringExclusionList (const Object& object) const
 // values count down; 0 and negative values stay as they are.
 void ObjectSpace::ageMirroringExclusionList()
 {
-    for (size_t i = 0; i < mirroringExclusionList.getNumEntries();)
+    for (auto entry = mirroringExclusionList.begin(); entry != mirroringExclusionList.end();)
     {
-        const int lifeCounter = mirroringExclusionList.getValue (i);
-        if (lifeCounter == 1 && mirroringExclusionList.getObject (i) != nullptr)
-        {
-            mirroringExclusionList.remove (i);
-            continue;
-        }
-        if (lifeCounter > 1)
-            mirroringExclusionList.setValue (i, lifeCounter - 1);
-        ++i;
+        auto current = entry;
+        ++entry;
+        const auto lifeCounter = current.getValue()->get();
+        if (lifeCounter == 1 && current.getKey()->getIfAlreadyCached() != nullptr)
+            mirroringExclusionList.remove (current, false);
+        else if (lifeCounter > 1)
+            current.getValue()->set (lifeCounter - 1, false);
     }
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "../Atomic/Integer.h"
 #include "../Atomic/NameableObject.h"
-#include "MirroringExclusionListStandIn.h"
+#include "../Container/Map.h"
 #include "ObjectSpaceView.h"
 #include "ObjectTable.h"
 #include "../Pointer/ObjectOwnedPointer.h"
+#include "../Pointer/ObjectWeakPointer.h"
 #include "UniqueIdentifier.h"
 #include <tuple>
 #include <vector>
@@ -49,7 +51,9 @@ public:
 
     using ObjectDescription = std::tuple<UniqueIdentifier, const Class*, juce::String>;
 
-    ObjectSpace()                                        { rootObject.setParent (this); }
+    using MirroringExclusionList = Map<ObjectWeakPointer, Integer>;
+
+    ObjectSpace();
     explicit ObjectSpace (const juce::String& name);
     /** Switches mirroring off, deletes the root, switches transactions off, deletes the views. */
     ~ObjectSpace() override;
@@ -151,7 +155,8 @@ public:
     /** True when a live entry holds the object, or the object is a member variable (at any depth)
         of an object that a live entry holds. A dynamically owned child is not excluded with its owner. */
     bool isInMirroringExclusionList (const Object& object) const;
-    const MirroringExclusionListStandIn& getMirroringExclusionList() const noexcept { return mirroringExclusionList; }
+    /** The excluded objects and their life counters, in the order they were first excluded. */
+    const MirroringExclusionList& getMirroringExclusionList() const noexcept { return mirroringExclusionList; }
 
 private:
     ObjectTable objectTable;
@@ -159,7 +164,9 @@ private:
     std::vector<ObjectSpaceView*> views;
     MirrorerObjectSpaceView* mirrorer = nullptr;
     TransactionMakerObjectSpaceView* transactionMaker = nullptr;
-    MirroringExclusionListStandIn mirroringExclusionList;
+    /** Of class "Map({key=ObjectWeakPointer, value=Integer})", child of the space but not in it:
+        its entries never enter the table, and changing them is no edit. */
+    MirroringExclusionList mirroringExclusionList;
 
     UniqueIdentifier makeRandomIdentifier() const;
     void holdRoot (Object* object);

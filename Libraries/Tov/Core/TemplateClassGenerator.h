@@ -3,6 +3,8 @@
 #include "Class.h"
 #include "ClassGenerator.h"
 #include <atomic>
+#include <initializer_list>
+#include <vector>
 
 namespace tov
 {
@@ -62,6 +64,51 @@ private:
     std::vector<std::pair<juce::String, std::shared_ptr<State>>> templateParameters;
 
     juce::String getParameterText (size_t index) const;
+};
+
+//==============================================================================
+/** Makes the classes of a template whose instances are Base objects, as "OwnedPointer(T)" or
+    "Map({key=K,value=V})": each generated class derives from Base, makes Base objects, takes
+    the named parameters (each requiring Object) as its class attributes, and names itself by
+    its friendly name expression. A generator whose classes need more derives GeneratedClass
+    and overrides createEmptyClass.
+*/
+template <class Base>
+class DerivedClassGenerator : public TemplateClassGenerator
+{
+public:
+    DerivedClassGenerator (const char* friendlyNameExpression, std::initializer_list<const char*> parameterNames)
+        : friendlyNameExpression (friendlyNameExpression), parameterNames (parameterNames) {}
+
+    class GeneratedClass : public TemplateGeneratedClass
+    {
+    public:
+        explicit GeneratedClass (const char* friendlyNameExpression) : friendlyNameExpression (friendlyNameExpression) {}
+
+        Class* declareBaseClass() override            { return &Base::staticClass; }
+        Object* createInstance() const override       { return new Base(); }
+        void declareAttributes (ExecutionContext& context) override
+        {
+            TemplateGeneratedClass::declareAttributes (context);
+            setAttribute (context, "friendlyNameExpression", new State (juce::String (friendlyNameExpression)));
+        }
+
+    private:
+        const char* friendlyNameExpression;
+    };
+
+protected:
+    TemplateGeneratedClass* createEmptyClass() override  { return new GeneratedClass (friendlyNameExpression); }
+    void declareParameters (ExecutionContext&) override
+    {
+        for (auto* name : parameterNames)
+            addParameter (name, "Object");
+    }
+
+    const char* const friendlyNameExpression;
+
+private:
+    const std::vector<const char*> parameterNames;
 };
 
 } // namespace tov

@@ -1,5 +1,6 @@
 #include "TypedVariablePath.h"
 #include "Object.h"
+#include "../Container/ObjectOwnedVector.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 
 namespace tov
@@ -29,6 +30,14 @@ bool TypedVariablePath::addNodeToPath (Object* object, Object* parent)
         path.push_back ({ {}, object->getClass() });
         return true;
     }
+    // Only the element of a vector of one has a place that another tree of the same shape shares.
+    if (auto* vector = dynamic_cast<ObjectOwnedVector*> (parent))
+    {
+        if (vector->size() != 1)
+            return false;
+        path.push_back ({ {}, object->getClass() });
+        return true;
+    }
     auto* signature = object->getSignature();
     if (signature == nullptr)
         return false;
@@ -46,6 +55,8 @@ Object* TypedVariablePath::findObjectFromPath (Object* root) const
     {
         if (auto* pointer = dynamic_cast<ObjectOwnedPointer*> (current))
             current = pointer->get();
+        else if (auto* vector = dynamic_cast<ObjectOwnedVector*> (current))
+            current = vector->getFirst();
         else
             current = current->getVariableByName (node.name);
         if (current == nullptr || ! Class::inheritsFrom (current->getClass(), node.objectClass))

@@ -11,7 +11,8 @@ class Object;
 
 /** A path from a root object down to one below it that carries, at each step, the name and
     the class met there, so that the same place can be found again in another tree of the
-    same shape. A step through an owned pointer has an empty name.
+    same shape. A step through an owned pointer, or through a vector that holds exactly one
+    element, has an empty name.
 */
 class TypedVariablePath
 {
