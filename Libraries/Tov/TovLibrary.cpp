@@ -29,6 +29,7 @@
 #include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
 #include "Standard/SuccessStatus.h"
+#include "Standard/GroupIssue.h"
 #include "Standard/Time.h"
 
 namespace tov
@@ -168,6 +169,9 @@ Library* createTovStandardLibrary()
     library->addClass<Time>();
     library->addClass<SuccessState>();
     library->addClass<SuccessStatus>();
+    library->addClass<Issue>();
+    library->addClass<LeafIssue>();
+    library->addClass<GroupIssue>();
     library->addClass<ActivationState>();
     library->addClass<Orientation>();
     library->addClass<SoftwareVersion>();
