@@ -10,6 +10,7 @@
 #include "Pointer/PointerClassGenerators.h"
 #include "Standard/ExecutionContext.h"
 #include "Standard/Program.h"
+#include "Standard/Service.h"
 #include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
 #include "Standard/Time.h"
@@ -90,6 +91,7 @@ Library* createTovAtomicLibrary()
     library->addClass<NameableObject>();
     library->addClass<FriendlyNameString>();
     library->addClass<ClassObject>();
+    library->addClass<AsyncTrigger>();
     return library;
 }
 
@@ -126,6 +128,7 @@ Library* createTovStandardLibrary()
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
     library->addClass<Program>();
+    library->addClass<Service>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
 }
