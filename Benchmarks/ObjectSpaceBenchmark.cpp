@@ -1,5 +1,6 @@
 #include <Tov/Core/Library.h>
 #include <Tov/Core/ObjectSpace.h>
+#include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <atomic>
@@ -213,53 +214,24 @@ void registerBenchmarks()
 }
 
 //==============================================================================
-/** Prints the runs as the console reporter does, then the space's time per object divided by the map's. */
-class RatioReporter : public benchmark::ConsoleReporter
+/** The space's time per object divided by the map's, from the medians of the run. */
+void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    RatioReporter() : ConsoleReporter (isatty (fileno (stdout)) ? OO_ColorTabular : OO_Tabular) {}
-
-    void ReportRuns (const std::vector<Run>& runs) override
+    std::printf ("\nObjectSpace's CPU time per object divided by std::unordered_map's (%zu objects; below 1: the space is faster)\n", numObjects);
+    std::printf ("%-10s %14s %14s %8s\n", "Operation", "Space ns/obj", "Map ns/obj", "Ratio");
+    for (const auto* operation : operationNames)
     {
-        for (const auto& run : runs)
-        {
-            if (run.error_occurred || run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
-                continue;
-            medianSeconds[run.run_name.function_name] = run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier (run.time_unit);
-            const auto allocations = run.counters.find ("allocations per change");
-            if (allocations != run.counters.end())
-                allocationsPerChange = allocations->second.value;
-        }
-        ConsoleReporter::ReportRuns (runs);
+        const double space = reporter.getMedianSeconds (std::string (operation) + "/ObjectSpace") / numObjects * 1e9;
+        const double map = reporter.getMedianSeconds (std::string (operation) + "/UnorderedMap") / numObjects * 1e9;
+        if (space > 0 && map > 0)
+            std::printf ("%-10s %14.1f %14.1f %8.2f\n", operation, space, map, space / map);
     }
-
-    void printRatioTable() const
-    {
-        std::printf ("\nObjectSpace's CPU time per object divided by std::unordered_map's (%zu objects; below 1: the space is faster)\n", numObjects);
-        std::printf ("%-10s %14s %14s %8s\n", "Operation", "Space ns/obj", "Map ns/obj", "Ratio");
-        for (const auto* operation : operationNames)
-        {
-            const double space = find (juce::String (operation) + "/ObjectSpace") / numObjects * 1e9;
-            const double map = find (juce::String (operation) + "/UnorderedMap") / numObjects * 1e9;
-            if (space > 0 && map > 0)
-                std::printf ("%-10s %14.1f %14.1f %8.2f\n", operation, space, map, space / map);
-        }
-        const double change = find ("SendObjectChanged/ObjectSpace") * 1e9;
-        if (change > 0)
-            std::printf ("\nObject::changed in a space with two views: %.1f ns, %.3f allocations per change\n", change, allocationsPerChange);
-        std::fflush (stdout);
-    }
-
-private:
-    std::map<std::string, double> medianSeconds;
-    double allocationsPerChange = -1.0;
-
-    double find (const juce::String& name) const
-    {
-        const auto found = medianSeconds.find (name.toStdString());
-        return found != medianSeconds.end() ? found->second : 0.0;
-    }
-};
+    const double change = reporter.getMedianSeconds ("SendObjectChanged/ObjectSpace") * 1e9;
+    if (change > 0)
+        std::printf ("\nObject::changed in a space with two views: %.1f ns, %.3f allocations per change\n", change,
+                     reporter.getMedianCounter ("SendObjectChanged/ObjectSpace", "allocations per change", -1.0));
+    std::fflush (stdout);
+}
 
 } // namespace
 
@@ -287,9 +259,9 @@ int main (int argc, char** argv)
     Workload::get();
 
     registerBenchmarks();
-    RatioReporter reporter;
+    tov::benchmarks::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks (&reporter);
-    reporter.printRatioTable();
+    printRatioTable (reporter);
     benchmark::Shutdown();
     tov::deinitializeTov();
     return 0;

@@ -2,14 +2,13 @@
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Core/ObjectSpaceProvider.h>
 #include <Tov/Pointer/ObjectWeakPointer.h>
-#include <Tov/Standard/CurrentServiceStandIn.h>
 #include <Tov/Standard/Program.h>
+#include "BenchmarkService.h"
+#include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
-#include <map>
 #include <random>
-#include <unistd.h>
 #include <unordered_map>
 #include <vector>
 
@@ -142,39 +141,16 @@ void lookUpInUnorderedMap (benchmark::State& state)
             state.SkipWithError ("an identifier was not found");
 }
 
-/** Prints the runs as the console reporter does, then the ratio of the medians. */
-class RatioReporter : public benchmark::ConsoleReporter
+/** The ratio of the medians. */
+void printRatio (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    RatioReporter() : ConsoleReporter (isatty (fileno (stdout)) ? OO_ColorTabular : OO_Tabular) {}
-
-    void ReportRuns (const std::vector<Run>& runs) override
-    {
-        for (const auto& run : runs)
-            if (! run.error_occurred && run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
-                medianSeconds[run.run_name.function_name] = run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier (run.time_unit);
-        ConsoleReporter::ReportRuns (runs);
-    }
-
-    void printRatio() const
-    {
-        const double resolve = find ("ResolveWeakPointers") / numPointers * 1e9;
-        const double lookUp = find ("LookUpInUnorderedMap") / numPointers * 1e9;
-        if (resolve > 0 && lookUp > 0)
-            std::printf ("\nWeakPointer::get after a load: %.1f ns per pointer; unordered_map lookup: %.1f ns; ratio %.2f\n",
-                         resolve, lookUp, resolve / lookUp);
-        std::fflush (stdout);
-    }
-
-private:
-    std::map<std::string, double> medianSeconds;
-
-    double find (const std::string& name) const
-    {
-        const auto found = medianSeconds.find (name);
-        return found != medianSeconds.end() ? found->second : 0.0;
-    }
-};
+    const double resolve = reporter.getMedianSeconds ("ResolveWeakPointers") / numPointers * 1e9;
+    const double lookUp = reporter.getMedianSeconds ("LookUpInUnorderedMap") / numPointers * 1e9;
+    if (resolve > 0 && lookUp > 0)
+        std::printf ("\nWeakPointer::get after a load: %.1f ns per pointer; unordered_map lookup: %.1f ns; ratio %.2f\n",
+                     resolve, lookUp, resolve / lookUp);
+    std::fflush (stdout);
+}
 
 /** A running program and a current service: what resolving addresses needs. */
 class BenchmarkProgram : public tov::Program
@@ -196,16 +172,16 @@ int main (int argc, char** argv)
     int result = 0;
     {
         BenchmarkProgram program;
-        tov::CurrentServiceStandIn::Scope service;
+        tov::benchmarks::BenchmarkService service;
         Document::get();
 
         benchmark::RegisterBenchmark ("ResolveWeakPointers", resolveWeakPointers)
             ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
         benchmark::RegisterBenchmark ("LookUpInUnorderedMap", lookUpInUnorderedMap)
             ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        RatioReporter reporter;
+        tov::benchmarks::MedianReporter reporter;
         benchmark::RunSpecifiedBenchmarks (&reporter);
-        reporter.printRatio();
+        printRatio (reporter);
         benchmark::Shutdown();
     }
     tov::deinitializeTov();
