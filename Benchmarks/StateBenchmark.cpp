@@ -1,5 +1,6 @@
 #include "BenchmarkDocument.h"
 #include <Tov/Standard/ExecutionContext.h>
+#include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <rapidjson/stringbuffer.h>
@@ -184,65 +185,40 @@ void registerBenchmarks()
 }
 
 //==============================================================================
-/** Prints the runs as the console reporter does, and keeps the median CPU time per document for the ratio table. */
-class RatioTableReporter : public benchmark::ConsoleReporter
+/** For each size and operation, State's time divided by each peer's, from the medians of the run:
+    below 1 State is faster. */
+void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    RatioTableReporter() : ConsoleReporter (isatty (fileno (stdout)) ? OO_ColorTabular : OO_Tabular) {}
-
-    void ReportRuns (const std::vector<Run>& runs) override
+    auto find = [&reporter] (Operation operation, Contestant contestant, const DocumentSize& size)
     {
-        for (const auto& run : runs)
+        return reporter.getMedianSeconds (getBenchmarkName (operation, contestant, size).toStdString());
+    };
+    const Contestant peers[] = { Contestant::rapidJson, Contestant::nlohmann, Contestant::juceJson, Contestant::valueTree };
+    std::printf ("\nState's CPU time per document divided by each peer's (below 1: State is faster)\n");
+    std::printf ("%-5s %-12s %10s %10s %10s %10s %10s %10s\n", "Size", "Operation", "State ms", "State MB/s",
+                 "RapidJSON", "nlohmann", "juceJSON", "ValueTree");
+    for (const auto& size : documentSizes)
+    {
+        for (const auto operation : { Operation::textParse, Operation::textPrint, Operation::binaryWrite, Operation::binaryRead })
         {
-            if (! run.error_occurred && run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+            const double stateSeconds = find (operation, Contestant::state, size);
+            if (stateSeconds <= 0)
+                continue;
+            const double stateBytes = reporter.getMedianCounter (getBenchmarkName (operation, Contestant::state, size).toStdString(), "bytes", 0.0);
+            std::printf ("%-5s %-12s %10.2f %10.0f", size.name, getName (operation), stateSeconds * 1000, stateBytes / stateSeconds / 1e6);
+            for (const auto peer : peers)
             {
-                secondsPerDocument[run.run_name.function_name] = run.GetAdjustedCPUTime() / 1000.0;
-                const auto bytes = run.counters.find ("bytes");
-                bytesPerDocument[run.run_name.function_name] = bytes != run.counters.end() ? bytes->second.value : 0.0;
+                const double peerSeconds = find (operation, peer, size);
+                if (peerSeconds > 0)
+                    std::printf (" %10.2f", stateSeconds / peerSeconds);
+                else
+                    std::printf (" %10s", "-");
             }
+            std::printf ("\n");
         }
-        ConsoleReporter::ReportRuns (runs);
     }
-
-    /** For each size and operation, State's time divided by each peer's: below 1 State is faster. */
-    void printRatioTable() const
-    {
-        const Contestant peers[] = { Contestant::rapidJson, Contestant::nlohmann, Contestant::juceJson, Contestant::valueTree };
-        std::printf ("\nState's CPU time per document divided by each peer's (below 1: State is faster)\n");
-        std::printf ("%-5s %-12s %10s %10s %10s %10s %10s %10s\n", "Size", "Operation", "State ms", "State MB/s",
-                     "RapidJSON", "nlohmann", "juceJSON", "ValueTree");
-        for (const auto& size : documentSizes)
-        {
-            for (const auto operation : { Operation::textParse, Operation::textPrint, Operation::binaryWrite, Operation::binaryRead })
-            {
-                const double stateSeconds = find (operation, Contestant::state, size);
-                if (stateSeconds <= 0)
-                    continue;
-                const double stateBytes = bytesPerDocument.at (getBenchmarkName (operation, Contestant::state, size).toStdString());
-                std::printf ("%-5s %-12s %10.2f %10.0f", size.name, getName (operation), stateSeconds * 1000, stateBytes / stateSeconds / 1e6);
-                for (const auto peer : peers)
-                {
-                    const double peerSeconds = find (operation, peer, size);
-                    if (peerSeconds > 0)
-                        std::printf (" %10.2f", stateSeconds / peerSeconds);
-                    else
-                        std::printf (" %10s", "-");
-                }
-                std::printf ("\n");
-            }
-        }
-        std::fflush (stdout);
-    }
-
-private:
-    std::map<std::string, double> secondsPerDocument, bytesPerDocument;
-
-    double find (Operation operation, Contestant contestant, const DocumentSize& size) const
-    {
-        const auto found = secondsPerDocument.find (getBenchmarkName (operation, contestant, size).toStdString());
-        return found != secondsPerDocument.end() ? found->second : 0.0;
-    }
-};
+    std::fflush (stdout);
+}
 
 /** Settles glibc's allocator, so that each run measures its own work.
 
@@ -274,9 +250,9 @@ int main (int argc, char** argv)
     for (const auto& size : documentSizes)
         BenchmarkDocument::get (size.targetTextBytes);
     registerBenchmarks();
-    RatioTableReporter reporter;
+    tov::benchmarks::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks (&reporter);
-    reporter.printRatioTable();
+    printRatioTable (reporter);
     benchmark::Shutdown();
     return 0;
 }
