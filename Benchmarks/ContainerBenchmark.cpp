@@ -178,26 +178,22 @@ void registerBenchmarks()
     }
 }
 
-/** Prints the runs, then the reflected vector's time per element divided by the plain one's. */
-class RatioReporter : public tov::benchmarks::MedianReporter
+/** The reflected vector's time per element divided by the plain one's, from the medians of the run. */
+void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    void printRatioTable() const
+    std::printf ("\nOwnedVector's CPU time per element divided by std::vector<std::unique_ptr>'s (%zu elements; below 1: OwnedVector is faster)\n", numElements);
+    std::printf ("%-13s %16s %16s %8s\n", "Operation", "OwnedVector ns", "std::vector ns", "Ratio");
+    for (int i = 0; i < 4; ++i)
     {
-        std::printf ("\nOwnedVector's CPU time per element divided by std::vector<std::unique_ptr>'s (%zu elements; below 1: OwnedVector is faster)\n", numElements);
-        std::printf ("%-13s %16s %16s %8s\n", "Operation", "OwnedVector ns", "std::vector ns", "Ratio");
-        for (int i = 0; i < 4; ++i)
-        {
-            const std::string name (operationNames[i]);
-            const double count = (double) getCount ((Operation) i);
-            const double owned = getMedianSeconds (name + "/OwnedVector") / count * 1e9;
-            const double plain = getMedianSeconds (name + "/StdVector") / count * 1e9;
-            if (owned > 0 && plain > 0)
-                std::printf ("%-13s %16.1f %16.1f %8.2f\n", name.c_str(), owned, plain, owned / plain);
-        }
-        std::fflush (stdout);
+        const std::string name (operationNames[i]);
+        const double count = (double) getCount ((Operation) i);
+        const double owned = reporter.getMedianSeconds (name + "/OwnedVector") / count * 1e9;
+        const double plain = reporter.getMedianSeconds (name + "/StdVector") / count * 1e9;
+        if (owned > 0 && plain > 0)
+            std::printf ("%-13s %16.1f %16.1f %8.2f\n", name.c_str(), owned, plain, owned / plain);
     }
-};
+    std::fflush (stdout);
+}
 
 } // namespace
 
@@ -210,9 +206,9 @@ int main (int argc, char** argv)
     library->addClass<Point>();
     tov::initializeTov()->addLibrary (library);
     registerBenchmarks();
-    RatioReporter reporter;
+    tov::benchmarks::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks (&reporter);
-    reporter.printRatioTable();
+    printRatioTable (reporter);
     benchmark::Shutdown();
     tov::deinitializeTov();
     return 0;

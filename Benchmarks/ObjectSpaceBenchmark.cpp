@@ -214,31 +214,24 @@ void registerBenchmarks()
 }
 
 //==============================================================================
-/** Prints the runs, then the ratio table. */
-class RatioReporter : public tov::benchmarks::MedianReporter
+/** The space's time per object divided by the map's, from the medians of the run. */
+void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    void printRatioTable() const
+    std::printf ("\nObjectSpace's CPU time per object divided by std::unordered_map's (%zu objects; below 1: the space is faster)\n", numObjects);
+    std::printf ("%-10s %14s %14s %8s\n", "Operation", "Space ns/obj", "Map ns/obj", "Ratio");
+    for (const auto* operation : operationNames)
     {
-        std::printf ("\nObjectSpace's CPU time per object divided by std::unordered_map's (%zu objects; below 1: the space is faster)\n", numObjects);
-        std::printf ("%-10s %14s %14s %8s\n", "Operation", "Space ns/obj", "Map ns/obj", "Ratio");
-        for (const auto* operation : operationNames)
-        {
-            const double space = find (juce::String (operation) + "/ObjectSpace") / numObjects * 1e9;
-            const double map = find (juce::String (operation) + "/UnorderedMap") / numObjects * 1e9;
-            if (space > 0 && map > 0)
-                std::printf ("%-10s %14.1f %14.1f %8.2f\n", operation, space, map, space / map);
-        }
-        const double change = find ("SendObjectChanged/ObjectSpace") * 1e9;
-        if (change > 0)
-            std::printf ("\nObject::changed in a space with two views: %.1f ns, %.3f allocations per change\n", change,
-                         getMedianCounter ("SendObjectChanged/ObjectSpace", "allocations per change"));
-        std::fflush (stdout);
+        const double space = reporter.getMedianSeconds (std::string (operation) + "/ObjectSpace") / numObjects * 1e9;
+        const double map = reporter.getMedianSeconds (std::string (operation) + "/UnorderedMap") / numObjects * 1e9;
+        if (space > 0 && map > 0)
+            std::printf ("%-10s %14.1f %14.1f %8.2f\n", operation, space, map, space / map);
     }
-
-private:
-    double find (const juce::String& name) const     { return getMedianSeconds (name.toStdString()); }
-};
+    const double change = reporter.getMedianSeconds ("SendObjectChanged/ObjectSpace") * 1e9;
+    if (change > 0)
+        std::printf ("\nObject::changed in a space with two views: %.1f ns, %.3f allocations per change\n", change,
+                     reporter.getMedianCounter ("SendObjectChanged/ObjectSpace", "allocations per change", -1.0));
+    std::fflush (stdout);
+}
 
 } // namespace
 
@@ -266,9 +259,9 @@ int main (int argc, char** argv)
     Workload::get();
 
     registerBenchmarks();
-    RatioReporter reporter;
+    tov::benchmarks::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks (&reporter);
-    reporter.printRatioTable();
+    printRatioTable (reporter);
     benchmark::Shutdown();
     tov::deinitializeTov();
     return 0;

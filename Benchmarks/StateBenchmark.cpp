@@ -185,46 +185,40 @@ void registerBenchmarks()
 }
 
 //==============================================================================
-/** Prints the runs, then the ratio table of the medians. */
-class RatioTableReporter : public tov::benchmarks::MedianReporter
+/** For each size and operation, State's time divided by each peer's, from the medians of the run:
+    below 1 State is faster. */
+void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    /** For each size and operation, State's time divided by each peer's: below 1 State is faster. */
-    void printRatioTable() const
+    auto find = [&reporter] (Operation operation, Contestant contestant, const DocumentSize& size)
     {
-        const Contestant peers[] = { Contestant::rapidJson, Contestant::nlohmann, Contestant::juceJson, Contestant::valueTree };
-        std::printf ("\nState's CPU time per document divided by each peer's (below 1: State is faster)\n");
-        std::printf ("%-5s %-12s %10s %10s %10s %10s %10s %10s\n", "Size", "Operation", "State ms", "State MB/s",
-                     "RapidJSON", "nlohmann", "juceJSON", "ValueTree");
-        for (const auto& size : documentSizes)
+        return reporter.getMedianSeconds (getBenchmarkName (operation, contestant, size).toStdString());
+    };
+    const Contestant peers[] = { Contestant::rapidJson, Contestant::nlohmann, Contestant::juceJson, Contestant::valueTree };
+    std::printf ("\nState's CPU time per document divided by each peer's (below 1: State is faster)\n");
+    std::printf ("%-5s %-12s %10s %10s %10s %10s %10s %10s\n", "Size", "Operation", "State ms", "State MB/s",
+                 "RapidJSON", "nlohmann", "juceJSON", "ValueTree");
+    for (const auto& size : documentSizes)
+    {
+        for (const auto operation : { Operation::textParse, Operation::textPrint, Operation::binaryWrite, Operation::binaryRead })
         {
-            for (const auto operation : { Operation::textParse, Operation::textPrint, Operation::binaryWrite, Operation::binaryRead })
+            const double stateSeconds = find (operation, Contestant::state, size);
+            if (stateSeconds <= 0)
+                continue;
+            const double stateBytes = reporter.getMedianCounter (getBenchmarkName (operation, Contestant::state, size).toStdString(), "bytes", 0.0);
+            std::printf ("%-5s %-12s %10.2f %10.0f", size.name, getName (operation), stateSeconds * 1000, stateBytes / stateSeconds / 1e6);
+            for (const auto peer : peers)
             {
-                const double stateSeconds = find (operation, Contestant::state, size);
-                if (stateSeconds <= 0)
-                    continue;
-                const double stateBytes = getMedianCounter (getBenchmarkName (operation, Contestant::state, size).toStdString(), "bytes", 0.0);
-                std::printf ("%-5s %-12s %10.2f %10.0f", size.name, getName (operation), stateSeconds * 1000, stateBytes / stateSeconds / 1e6);
-                for (const auto peer : peers)
-                {
-                    const double peerSeconds = find (operation, peer, size);
-                    if (peerSeconds > 0)
-                        std::printf (" %10.2f", stateSeconds / peerSeconds);
-                    else
-                        std::printf (" %10s", "-");
-                }
-                std::printf ("\n");
+                const double peerSeconds = find (operation, peer, size);
+                if (peerSeconds > 0)
+                    std::printf (" %10.2f", stateSeconds / peerSeconds);
+                else
+                    std::printf (" %10s", "-");
             }
+            std::printf ("\n");
         }
-        std::fflush (stdout);
     }
-
-private:
-    double find (Operation operation, Contestant contestant, const DocumentSize& size) const
-    {
-        return getMedianSeconds (getBenchmarkName (operation, contestant, size).toStdString());
-    }
-};
+    std::fflush (stdout);
+}
 
 /** Settles glibc's allocator, so that each run measures its own work.
 
@@ -256,9 +250,9 @@ int main (int argc, char** argv)
     for (const auto& size : documentSizes)
         BenchmarkDocument::get (size.targetTextBytes);
     registerBenchmarks();
-    RatioTableReporter reporter;
+    tov::benchmarks::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks (&reporter);
-    reporter.printRatioTable();
+    printRatioTable (reporter);
     benchmark::Shutdown();
     return 0;
 }

@@ -2,15 +2,13 @@
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Core/ObjectSpaceProvider.h>
 #include <Tov/Pointer/ObjectWeakPointer.h>
-#include <Tov/Standard/CurrentServiceStandIn.h>
 #include <Tov/Standard/Program.h>
+#include "BenchmarkService.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
-#include <map>
 #include <random>
-#include <unistd.h>
 #include <unordered_map>
 #include <vector>
 
@@ -143,20 +141,16 @@ void lookUpInUnorderedMap (benchmark::State& state)
             state.SkipWithError ("an identifier was not found");
 }
 
-/** Prints the runs, then the ratio of the medians. */
-class RatioReporter : public tov::benchmarks::MedianReporter
+/** The ratio of the medians. */
+void printRatio (const tov::benchmarks::MedianReporter& reporter)
 {
-public:
-    void printRatio() const
-    {
-        const double resolve = getMedianSeconds ("ResolveWeakPointers") / numPointers * 1e9;
-        const double lookUp = getMedianSeconds ("LookUpInUnorderedMap") / numPointers * 1e9;
-        if (resolve > 0 && lookUp > 0)
-            std::printf ("\nWeakPointer::get after a load: %.1f ns per pointer; unordered_map lookup: %.1f ns; ratio %.2f\n",
-                         resolve, lookUp, resolve / lookUp);
-        std::fflush (stdout);
-    }
-};
+    const double resolve = reporter.getMedianSeconds ("ResolveWeakPointers") / numPointers * 1e9;
+    const double lookUp = reporter.getMedianSeconds ("LookUpInUnorderedMap") / numPointers * 1e9;
+    if (resolve > 0 && lookUp > 0)
+        std::printf ("\nWeakPointer::get after a load: %.1f ns per pointer; unordered_map lookup: %.1f ns; ratio %.2f\n",
+                     resolve, lookUp, resolve / lookUp);
+    std::fflush (stdout);
+}
 
 /** A running program and a current service: what resolving addresses needs. */
 class BenchmarkProgram : public tov::Program
@@ -178,16 +172,16 @@ int main (int argc, char** argv)
     int result = 0;
     {
         BenchmarkProgram program;
-        tov::CurrentServiceStandIn::Scope service;
+        tov::benchmarks::BenchmarkService service;
         Document::get();
 
         benchmark::RegisterBenchmark ("ResolveWeakPointers", resolveWeakPointers)
             ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
         benchmark::RegisterBenchmark ("LookUpInUnorderedMap", lookUpInUnorderedMap)
             ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        RatioReporter reporter;
+        tov::benchmarks::MedianReporter reporter;
         benchmark::RunSpecifiedBenchmarks (&reporter);
-        reporter.printRatio();
+        printRatio (reporter);
         benchmark::Shutdown();
     }
     tov::deinitializeTov();

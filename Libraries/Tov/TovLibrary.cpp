@@ -26,6 +26,7 @@
 #include "Standard/Program.h"
 #include "Standard/Rational.h"
 #include "Standard/Seed.h"
+#include "Standard/Service.h"
 #include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
 #include "Standard/SuccessStatus.h"
@@ -108,6 +109,7 @@ Library* createTovAtomicLibrary()
     library->addClass<NameableObject>();
     library->addClass<FriendlyNameString>();
     library->addClass<ClassObject>();
+    library->addClass<AsyncTrigger>();
     return library;
 }
 
@@ -177,6 +179,7 @@ Library* createTovStandardLibrary()
     library->addClass<SoftwareVersion>();
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
+    library->addClass<Service>();
     library->addClass<Program>();
     library->addClass<AttributedString>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));

@@ -85,6 +85,7 @@ const std::vector<ClassExpectation> expectations =
     { "NameableObject", "Nameable", "", {} },
     { "FriendlyNameString", "Friendly Name", "", {} },
     { "ClassObject", "Class", "", {} },
+    { "AsyncTrigger", "Async Trigger", "", {} },
 };
 
 juce::String describeAttribute (const Class& declaredClass, const char* name)

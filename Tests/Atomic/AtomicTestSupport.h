@@ -6,6 +6,7 @@
 #include <Tov/Core/StateObjectExporter.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <gtest/gtest.h>
+#include <functional>
 #include <memory>
 
 // Helpers of the tests of the value classes.
@@ -62,6 +63,17 @@ public:
     explicit ChangeCounter (Object& object)   { attachObject (&object); }
     void changedCallback (Object*, Object*) override { ++count; }
     int count = 0;
+};
+
+/** Calls a function of the test at each changed() of the object it watches. */
+class ChangeCallback : public View
+{
+public:
+    ChangeCallback (Object& object, std::function<void()> callback) : callback (std::move (callback)) { attachObject (&object); }
+    void changedCallback (Object*, Object*) override   { callback(); }
+
+private:
+    std::function<void()> callback;
 };
 
 } // namespace tov::test

@@ -2,6 +2,7 @@
 
 #include "Support/LogTestSupport.h"
 #include "Atomic/AtomicTestSupport.h"
+#include "Support/TestService.h"
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Core/ObjectSpaceProvider.h>
@@ -9,7 +10,6 @@
 #include <Tov/Pointer/NativeHandle.h>
 #include <Tov/Pointer/OwnedPointer.h>
 #include <Tov/Pointer/WeakPointer.h>
-#include <Tov/Standard/CurrentServiceStandIn.h>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -61,14 +61,15 @@ private:
     std::map<juce::String, std::unique_ptr<Space>> spaces;
 };
 
-/** A running program and a current service for the thread: what resolving addresses needs. */
+/** A running program and a service on the test's thread: what resolving addresses needs. */
 class PointerTest : public ::testing::Test
 {
 protected:
     TestProgram program;
-    CurrentServiceStandIn::Scope service;
     /** The program takes the library tree down until it starts: these tests only need it to run. */
     bool treeIsBack = (TestProgram::ensureTestLibraryTree(), true);
+    TestService service;
+    bool serviceRuns = service.startService (true);
     NamedSpaces spaces;
 
     /** A node named so, made by its class, not yet in a space. */

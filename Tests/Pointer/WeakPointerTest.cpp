@@ -118,7 +118,7 @@ TEST_F (WeakPointerTest, ATargetOfTheWrongClassResetsThePointerWithAWarning)
         explicit Recorder (std::vector<juce::String>& warnings) : warnings (warnings) {}
         void warningCallback (const juce::String& message, const Object*) override { warnings.push_back (message); }
     };
-    program.getProgramExecutionContext().addView (new Recorder (warnings));
+    service.context.addView (new Recorder (warnings));
 
     EXPECT_EQ (root->link.get(), nullptr);
     EXPECT_TRUE (root->link.getAddress().isNull());

@@ -2,6 +2,7 @@
 
 // The value classes of the "Atomic" library, in one include.
 #include "Angle.h"
+#include "AsyncTrigger.h"
 #include "Boolean.h"
 #include "BoundedMemorySize.h"
 #include "BoundedPositiveInteger.h"

@@ -94,6 +94,8 @@ public:
         without telling anybody. Nothing at all without a root. */
     void deleteRootObject();
     Object* getRootObject() const noexcept               { return rootObject.get(); }
+    /** The pointer that holds the root, for code that waits for it to be set or reset. */
+    const ObjectOwnedPointer& getRootObjectPointer() const noexcept { return rootObject; }
 
     //==============================================================================
     // Views

@@ -3,8 +3,8 @@
 #include "ObjectImporter.h"
 #include "ObjectSpace.h"
 #include "ObjectSpaceProvider.h"
-#include "../Standard/CurrentServiceStandIn.h"
 #include "../Standard/Program.h"
+#include "../Standard/Service.h"
 
 namespace tov
 {
@@ -43,7 +43,7 @@ ObjectSpace* VariableAddress::getObjectSpace (const Object* contextObject, juce:
 {
     if (isNull() || ! Program::isStillRunning())
         return nullptr;
-    if (! CurrentServiceStandIn::exists())
+    if (Service::getCurrentService() == nullptr)
     {
         if (errorMessage != nullptr)
             *errorMessage = "Could not find current service";

@@ -216,4 +216,10 @@ bool OwnedPointerIsSet::doesAcceptObject (Object* candidate)
     return pointer != nullptr && pointer->get() != nullptr;
 }
 
+bool OwnedPointerIsReset::doesAcceptObject (Object* candidate)
+{
+    auto* pointer = dynamic_cast<ObjectOwnedPointer*> (candidate);
+    return pointer != nullptr && pointer->get() == nullptr;
+}
+
 } // namespace tov

@@ -77,4 +77,11 @@ public:
     bool doesAcceptObject (Object* candidate) override;
 };
 
+/** Accepts owned pointers that hold nothing. */
+class OwnedPointerIsReset : public ObjectPredicate
+{
+public:
+    bool doesAcceptObject (Object* candidate) override;
+};
+
 } // namespace tov

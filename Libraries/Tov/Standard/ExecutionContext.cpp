@@ -1,5 +1,6 @@
 #include "ExecutionContext.h"
 #include "Program.h"
+#include "Service.h"
 #include "SuccessStatus.h"
 #include <algorithm>
 
@@ -131,19 +132,13 @@ void ExecutionContext::sendInformation (const juce::String& message, const Objec
 }
 
 //==============================================================================
-// A thread that runs a service reports to that service's own context. Until
-// services exist no thread has one; the service look-up belongs here.
-static ExecutionContext* findCurrentServiceExecutionContext()
-{
-    return nullptr;
-}
-
+// A thread that runs a service reports to that service's own context.
 ExecutionContext& ExecutionContext::get()
 {
     if (Program::isStillRunning())
     {
-        if (auto* serviceContext = findCurrentServiceExecutionContext())
-            return *serviceContext;
+        if (auto* service = Service::getCurrentService())
+            return service->getExecutionContext();
         return Program::get().getProgramExecutionContext();
     }
 
