@@ -4,7 +4,9 @@
 #include "Support/TestValues.h"
 #include <Tov/Core/ClassRegistry.h>
 #include <Tov/Core/ObjectSpace.h>
-#include <Tov/Standard/ServiceRandomGeneratorStandIn.h>
+#include <Tov/Standard/Service.h>
+#include "Support/TestService.h"
+#include "Support/LogTestSupport.h"
 #include <gtest/gtest.h>
 #include <algorithm>
 
@@ -87,10 +89,10 @@ TEST (ObjectSpaceTest, InitialisationGivesTheObjectItsRandomIdentifier)
     EXPECT_EQ (space.getNumObjects(), 1u);
 }
 
-TEST (ObjectSpaceTest, RandomIdentifiersComeFromTheThreadsGenerator)
+TEST (ObjectSpaceTest, RandomIdentifiersOutsideAnyServiceComeFromTheThreadsGenerator)
 {
     ObjectSpace space;
-    ServiceRandomGeneratorStandIn::setSeed (42);
+    Service::getCallingThreadRandomGenerator().setSeed ((int64_t) 42);
     auto first = addToSpace<Shape> (space);
     auto second = addToSpace<Shape> (space);
     // Two 32-bit samples of the 48-bit generator per identifier, the first one high.
@@ -98,12 +100,27 @@ TEST (ObjectSpaceTest, RandomIdentifiersComeFromTheThreadsGenerator)
     EXPECT_EQ (second->getUniqueIdentifier().getInt64(), 0xebb7581287da010cull);
 }
 
+TEST (ObjectSpaceTest, RandomIdentifiersComeFromTheGeneratorOfTheServiceAboveTheSpace)
+{
+    TestProgram::ensureTestLibraryTree();
+    TestService service;
+    ObjectSpace space;
+    space.setParent (&service);
+    service.getRandomGenerator().setSeed ((int64_t) 42);
+    Service::getCallingThreadRandomGenerator().setSeed ((int64_t) 7);
+    auto first = addToSpace<Shape> (space);
+    EXPECT_EQ (first->getUniqueIdentifier().getInt64(), 0x00f692ddb39e2befull);
+    EXPECT_NE (service.getRandomGenerator().getState(), 42);
+    EXPECT_EQ (Service::getCallingThreadRandomGenerator().getState(), 7);
+    space.setParent (nullptr);
+}
+
 TEST (ObjectSpaceTest, RandomCollisionOverwritesWithoutAWord)
 {
     ObjectSpace space;
     ScopedErrorCapture capture;
     auto holder = addToSpace<Shape> (space, 0x00f692ddb39e2befull);
-    ServiceRandomGeneratorStandIn::setSeed (42);
+    Service::getCallingThreadRandomGenerator().setSeed ((int64_t) 42);
     auto newcomer = addToSpace<Empty> (space);
     EXPECT_EQ (newcomer->getUniqueIdentifier(), holder->getUniqueIdentifier());
     EXPECT_EQ (space.getObject (holder->getUniqueIdentifier()), newcomer.get());

@@ -1,5 +1,7 @@
 #include <Tov/Standard/RandomGenerator.h>
-#include <Tov/Standard/ServiceRandomGeneratorStandIn.h>
+#include <Tov/Standard/Service.h>
+#include "Support/LogTestSupport.h"
+#include "Support/TestService.h"
 #include <gtest/gtest.h>
 #include <array>
 #include <cmath>
@@ -217,13 +219,34 @@ TEST (RandomGeneratorTest, SampleBufferDrawsOneByteAtATime)
     EXPECT_EQ (bytes, (std::array<uint8_t, 6> { 239, 18, 12, 166, 125, 16 }));
 }
 
-TEST (RandomGeneratorTest, EachThreadHasItsOwnServiceGenerator)
+TEST (RandomGeneratorTest, EachThreadWithoutAServiceHasItsOwnGenerator)
 {
-    ServiceRandomGeneratorStandIn::setSeed (42);
+    Service::getCallingThreadRandomGenerator().setSeed ((int64_t) 42);
     int64_t otherThreadsState = 0;
-    std::thread other ([&] { otherThreadsState = ServiceRandomGeneratorStandIn::getRandomGenerator().getState(); });
+    std::thread other ([&] { otherThreadsState = Service::getCallingThreadRandomGenerator().getState(); });
     other.join();
-    EXPECT_EQ (ServiceRandomGeneratorStandIn::getRandomGenerator().getState(), 42);
+    EXPECT_EQ (Service::getCallingThreadRandomGenerator().getState(), 42);
     EXPECT_NE (otherThreadsState, 42);
-    EXPECT_EQ (ServiceRandomGeneratorStandIn::sampleInt64(), 0x00f692ddb39e2befull);
+    EXPECT_EQ ((uint64_t) Service::getCallingThreadRandomGenerator().sampleInt64(), 0x00f692ddb39e2befull);
+}
+
+namespace
+{
+/** A service made by the default constructor. */
+class UnnamedService : public tov::Service
+{
+public:
+    void getPeers (std::vector<tov::Peer*>&) override       {}
+    tov::ExecutionContext& getExecutionContext() override   { return context; }
+    tov::ExecutionContext context;
+};
+} // namespace
+
+TEST (RandomGeneratorTest, ANamedServiceSeedsItsGeneratorFromTheClockAndTheDefaultOneWithZero)
+{
+    tov::test::TestProgram::ensureTestLibraryTree();
+    tov::test::TestService named ("Named");
+    EXPECT_NE (named.getRandomGenerator().getState(), 0);
+    UnnamedService unnamed;
+    EXPECT_EQ (unnamed.getRandomGenerator().getState(), 0);
 }

@@ -1,7 +1,7 @@
 #include "ObjectSpace.h"
 #include "../Message/Message.h"
 #include "../Standard/ExecutionContext.h"
-#include "../Standard/ServiceRandomGeneratorStandIn.h"
+#include "../Standard/Service.h"
 
 namespace tov
 {
@@ -65,11 +65,10 @@ void ObjectSpace::removeObject (UniqueIdentifier identifier)
     objectTable.erase (identifier);
 }
 
-// The generator of the service above the space, or else of the current service: until
-// services exist, the calling thread's stand-in is both.
+// The generator of the service above the space, or else of the current service.
 UniqueIdentifier ObjectSpace::makeRandomIdentifier() const
 {
-    return UniqueIdentifier (ServiceRandomGeneratorStandIn::sampleInt64());
+    return UniqueIdentifier ((uint64_t) Service::getRandomGeneratorFor (getParent()).sampleInt64());
 }
 
 void ObjectSpace::logIdentifierConflict (const Object& holder, const Object& newcomer, UniqueIdentifier identifier) const

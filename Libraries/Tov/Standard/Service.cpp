@@ -14,6 +14,7 @@ TOV_END_CLASS()
 Service::Service() = default;
 
 Service::Service (const juce::String& serviceName)
+    : randomGenerator (juce::Time::getHighResolutionTicks())
 {
     name.set (serviceName, false);
 }
@@ -34,6 +35,22 @@ Service* Service::getCurrentService()
     if (! Program::isStillRunning())
         return nullptr;
     return Program::get().getServiceByThreadId ((void*) juce::Thread::getCurrentThreadId());
+}
+
+RandomGenerator& Service::getRandomGeneratorFor (const Object* object)
+{
+    for (auto* level = object; level != nullptr; level = level->getParent())
+        if (auto* service = dynamic_cast<const Service*> (level))
+            return const_cast<Service*> (service)->randomGenerator;
+    if (auto* service = getCurrentService())
+        return service->randomGenerator;
+    return getCallingThreadRandomGenerator();
+}
+
+RandomGenerator& Service::getCallingThreadRandomGenerator()
+{
+    thread_local RandomGenerator generator (juce::Time::getHighResolutionTicks());
+    return generator;
 }
 
 //==============================================================================

@@ -3,6 +3,7 @@
 #include "../Atomic/AsyncTriggerManager.h"
 #include "../Atomic/NameableObject.h"
 #include "ExecutionContext.h"
+#include "RandomGenerator.h"
 #include "SuccessStatus.h"
 #include <atomic>
 #include <memory>
@@ -71,6 +72,15 @@ public:
     /** The service that registered the calling thread; null for none, or once the program stopped. */
     static Service* getCurrentService();
 
+    RandomGenerator& getRandomGenerator() noexcept      { return randomGenerator; }
+    const RandomGenerator& getRandomGenerator() const noexcept  { return randomGenerator; }
+    /** The generator that objects placed below this one take their identifiers from: that of
+        the nearest service among the object and its ancestors, else of the current service,
+        else the calling thread's own (for code outside any service, as tools and tests). */
+    static RandomGenerator& getRandomGeneratorFor (const Object* object);
+    /** The generator of a thread without a service, seeded from the clock when first asked. */
+    static RandomGenerator& getCallingThreadRandomGenerator();
+
     AsyncTriggerManager& getAsyncTriggerManager() noexcept              { return asyncTriggerManager; }
     const AsyncTriggerManager& getAsyncTriggerManager() const noexcept  { return asyncTriggerManager; }
     /** How the service is doing; services that wait for this one report it when it stops. */
@@ -123,6 +133,7 @@ private:
     friend class InternalJuceThread;
 
     std::atomic<void*> threadId { getInvalidThreadId() };
+    RandomGenerator randomGenerator;
     SuccessStatus status;
     bool insideBypassTransaction = false;
     AsyncTriggerManager asyncTriggerManager;
