@@ -8,6 +8,12 @@
 #include "Container/NamedObjectMap.h"
 #include "Container/Optional.h"
 #include "Container/StringVector.h"
+#include "Message/Envelop.h"
+#include "Message/Mirroring/DiffObjectSpaceMessage.h"
+#include "Message/Mirroring/MirroringMessage.h"
+#include "Message/Peer.h"
+#include "Message/RemoteTargetIdentifier.h"
+#include "Message/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
@@ -146,8 +152,17 @@ Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sour
 Library* createTovMessageLibrary()
 {
     auto* library = createSubLibrary ("Message", sourceRoot + "/Message");
+    library->addClass<Message>();
+    library->addClass<Envelop>();
+    library->addClass<MessageTarget>();
+    library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
+    library->addClass<RemoteTargetIdentifier>();
+    library->addClass<Peer>();
     library->addLibrary (createSubLibrary ("Transaction", sourceRoot + "/Message/Transaction"));
-    library->addLibrary (createSubLibrary ("Mirroring", sourceRoot + "/Message/Mirroring"));
+    auto* mirroring = createSubLibrary ("Mirroring", sourceRoot + "/Message/Mirroring");
+    mirroring->addClass<MirroringMessage>();
+    mirroring->addClass<DiffObjectSpaceMessage>();
+    library->addLibrary (mirroring);
     library->addLibrary (createSubLibrary ("RemoteCall", sourceRoot + "/Message/RemoteCall"));
     return library;
 }

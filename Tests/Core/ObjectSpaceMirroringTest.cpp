@@ -1,7 +1,7 @@
 #include "Support/DestructionCounting.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectSpace.h>
-#include <Tov/Message/Message.h>
+#include "Message/MessageTestSupport.h"
 #include <gtest/gtest.h>
 
 using namespace tov;
@@ -24,7 +24,7 @@ TOV_BEGIN_CLASS (Frame)
     TOV_VARIABLE (depth)
 TOV_END_CLASS()
 
-using CountedMessage = DestructionCounting<Message>;
+using CountedMessage = DestructionCounting<RecordingMessage>;
 
 ObjectSpace::MirroringExclusionList::TypedIterator firstEntry (const ObjectSpace& space)
 {

@@ -194,6 +194,21 @@ void Program::registerService (Service& service)
     servicesByThread[(void*) juce::Thread::getCurrentThreadId()] = &service;
 }
 
+bool Program::registerPeer (Peer& peer)
+{
+    return isStillRunning() && peerMap.registerPeer (peer);
+}
+
+bool Program::unregisterPeer (Peer& peer)
+{
+    return isStillRunning() && peerMap.unregisterPeer (peer);
+}
+
+bool Program::postEnvelopToMessageTarget (const Object& target, Envelop* envelop, bool* targetNotFound) const
+{
+    return peerMap.postEnvelopToMessageTarget (target, envelop, targetNotFound);
+}
+
 void Program::unregisterService()
 {
     const juce::ScopedLock lock (servicesLock);

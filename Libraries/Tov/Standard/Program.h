@@ -5,6 +5,7 @@
 #include "LoggerThread.h"
 #include "SoftwareVersion.h"
 #include "Time.h"
+#include "../Message/PeerMap.h"
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -130,8 +131,13 @@ public:
     void registerService (Service& service);
     void unregisterService();
 
-    // The peer map joins here with the messages: registerPeer, unregisterPeer,
-    // postEnvelopToMessageTarget and processReceivedNetworkMessage forward to it.
+    /** False once the program has stopped; otherwise as PeerMap::registerPeer. */
+    bool registerPeer (Peer& peer);
+    bool unregisterPeer (Peer& peer);
+    /** Takes ownership of the envelop and routes it to the target; see PeerMap. */
+    bool postEnvelopToMessageTarget (const Object& target, Envelop* envelop, bool* targetNotFound) const;
+    // processReceivedNetworkMessage forwards to the peer map here once connections exist.
+    PeerMap& getPeerMap() noexcept                          { return peerMap; }
 
     //==============================================================================
     // Hand-offs to the logger thread; no-ops while there is none. None touches the disk.
@@ -174,6 +180,8 @@ private:
 
     mutable juce::CriticalSection dataDirectoriesLock;
     mutable std::map<juce::File, bool> knownDataDirectories;
+
+    PeerMap peerMap;
 
     mutable juce::CriticalSection servicesLock;
     std::map<void*, Service*> servicesByThread;

@@ -3,6 +3,8 @@
 #include "LoggerExecutionContextView.h"
 #include "Program.h"
 #include "../Core/ObjectSpace.h"
+#include "../Message/Peer.h"
+#include "../Message/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 
 namespace tov
@@ -10,6 +12,15 @@ namespace tov
 
 TOV_BEGIN_CLASS (Service)
 TOV_END_CLASS()
+
+template <class Operation>
+void Service::forEachPeer (Operation&& operation)
+{
+    std::vector<Peer*> peers;
+    getPeers (peers);
+    for (auto* peer : peers)
+        operation (*peer);
+}
 
 Service::Service() = default;
 
@@ -74,6 +85,8 @@ void Service::stopService (int timeOutMilliseconds)
     {
         if (thread->stopThread (timeOutMilliseconds))
         {
+            // Posts to the peers ask their thread whether it stops: not once it is gone.
+            forEachPeer ([this] (Peer& peer) { peer.getIncomingMessageTarget()->forgetThread (thread.get()); });
             thread.reset();
         }
         else
@@ -149,15 +162,16 @@ void Service::deleteRootsOfObjectSpaces()
 }
 
 //==============================================================================
-void Service::processIncomingMessagesFromAllPeers (ExecutionContext&)
+void Service::processIncomingMessagesFromAllPeers (ExecutionContext& context)
 {
-    // Each peer of getPeers, in order, processes its incoming messages here once peers exist.
+    forEachPeer ([&context] (Peer& peer) { peer.processIncomingMessages (context); });
 }
 
-void Service::updateMirroringToAllPeers (double, double)
+void Service::updateMirroringToAllPeers (double nowSeconds, double period)
 {
-    // Each peer of getPeers updates the mirroring of its object spaces here once mirroring exists.
+    forEachPeer ([=] (Peer& peer) { peer.updateObjectSpacesMirroring (nowSeconds, period); });
 }
+
 
 void Service::flushAsyncTriggers (ExecutionContext&)
 {
@@ -171,14 +185,15 @@ void Service::enableLogging()
     getExecutionContext().addView (new LoggerExecutionContextView (name.get()));
 }
 
-// The peers hand the bypass on to their object spaces once peers exist.
 void Service::startBypassTransaction()
 {
+    forEachPeer ([] (Peer& peer) { peer.startBypassTransaction(); });
     insideBypassTransaction = true;
 }
 
 void Service::finishBypassTransaction()
 {
+    forEachPeer ([] (Peer& peer) { peer.finishBypassTransaction(); });
     insideBypassTransaction = false;
 }
 

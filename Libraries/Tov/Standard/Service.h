@@ -141,6 +141,8 @@ private:
     bool entered = false;
     bool insideUpdateUntilLoop = false;
 
+    template <class Operation>
+    void forEachPeer (Operation&& operation);
     void markStopped() noexcept                         { threadId = getInvalidThreadId(); }
     void deleteRootsOfObjectSpaces();
     bool leaveUpdateUntil (bool result);

@@ -1,0 +1,97 @@
+#include "Envelop.h"
+#include "../Standard/ExecutionContext.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (Envelop)
+    TOV_VARIABLE (senderIdentifier)
+    TOV_VARIABLE (messages)
+    TOV_VARIABLE (postingTimeInMs)
+TOV_END_CLASS()
+
+Envelop::Envelop()
+{
+    senderIdentifier.setParent (this);
+    messages.setParent (this);
+    postingTimeInMs.setParent (this);
+}
+
+Envelop::Envelop (Object* sender, Message* message)
+    : Envelop()
+{
+    senderIdentifier.set (sender, false);
+    if (message != nullptr)
+        addMessage (message);
+}
+
+void Envelop::addMessage (Message* message)
+{
+    messages.append (message, false);
+}
+
+void Envelop::stampPostingTime()
+{
+    postingTimeInMs.set (juce::Time::getMillisecondCounterHiRes(), false);
+}
+
+//==============================================================================
+bool Envelop::saveToMemoryBlock (const ObjectOwnedPointer& receiver, juce::MemoryBlock& block) const
+{
+    State root;
+    root.addVariable ("envelop", makeState (false, true));
+    root.addVariable ("receiver", receiver.makeState (false, true));
+
+    juce::MemoryOutputStream output (block, true);
+    output.preallocate (1024);
+    return root.toBinary (output);
+}
+
+bool Envelop::loadFromMemoryBlock (ExecutionContext& context, const juce::MemoryBlock& block, ObjectOwnedPointer& receiver)
+{
+    juce::MemoryInputStream input (block, false);
+    State root;
+    juce::String error;
+    if (! root.loadFromBinary (input, error))
+    {
+        context.error (error);
+        return false;
+    }
+
+    auto envelopState = root.getVariableStateByName ("envelop");
+    auto receiverState = root.getVariableStateByName ("receiver");
+    if (envelopState == nullptr || receiverState == nullptr)
+    {
+        context.error ("Missing envelop or receiver state");
+        return false;
+    }
+    return loadFromState (context, envelopState) && receiver.loadFromState (context, receiverState);
+}
+
+Envelop* Envelop::createFromMemoryBlock (ExecutionContext& context, const juce::MemoryBlock& block, ObjectOwnedPointer& receiver)
+{
+    auto* envelop = new Envelop();
+    if (! envelop->loadFromMemoryBlock (context, block, receiver) || ! envelop->hasSenderIdentifier())
+    {
+        envelop->deleteThis();
+        return nullptr;
+    }
+    logIncomingMessages (*envelop);
+    return envelop;
+}
+
+// The frequent traffic stays out of the debug output; the rest is worth a line each.
+void Envelop::logIncomingMessages (const Envelop& envelop)
+{
+    static const juce::StringArray quietClasses { "DiffObjectSpaceMessage", "ControlEventMessage", "NetworkClockMessage",
+                                                  "MirroringMessage", "RemoteCallQueryMessage" };
+    for (auto* message : envelop.messages)
+    {
+        auto* messageClass = message->getClass();
+        const juce::String className = messageClass != nullptr ? messageClass->getName() : juce::String();
+        if (! quietClasses.contains (className))
+            juce::Logger::outputDebugString ("== NETWORK == Process incoming message " + message->toString());
+    }
+}
+
+} // namespace tov

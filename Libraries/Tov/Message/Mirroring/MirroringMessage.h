@@ -1,0 +1,38 @@
+#pragma once
+
+#include "../Message.h"
+#include "../../Pointer/ObjectWeakPointer.h"
+#include "../../Standard/StateObject.h"
+
+namespace tov
+{
+
+/** One object and one state: loads the state into the object at that address on the receiver,
+    or creates the object there when it does not exist yet.
+
+    Transactions are made of these. The address survives the object's deletion and re-creation,
+    so that undo can bring back what was deleted.
+*/
+class MirroringMessage : public Message
+{
+public:
+    TOV_DECLARE_CLASS (MirroringMessage, Message)
+
+    MirroringMessage();
+    /** The object's shallow state (owned pointers as identifiers) and its address. */
+    explicit MirroringMessage (const Object& object);
+    MirroringMessage (const Object& object, const std::shared_ptr<State>& state);
+    /** Copies the address of the weak pointer. */
+    MirroringMessage (const ObjectWeakPointer& address, const std::shared_ptr<State>& state);
+
+    void process (ExecutionContext& context, const Object& senderIdentifier, MessageTarget& incomingTarget) const override;
+
+    const ObjectWeakPointer& getPointer() const noexcept  { return pointer; }
+    const std::shared_ptr<State>& getState() const noexcept  { return state.get(); }
+
+private:
+    ObjectWeakPointer pointer;
+    StateObject state;
+};
+
+} // namespace tov

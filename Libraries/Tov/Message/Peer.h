@@ -1,0 +1,85 @@
+#pragma once
+
+#include "../Core/Object.h"
+#include "../Core/ObjectSpaceProvider.h"
+#include <map>
+#include <vector>
+
+namespace tov
+{
+
+class DiffObjectSpaceMessage;
+class Envelop;
+class ExecutionContext;
+class ThreadAwareEnvelopQueueMessageTarget;
+
+/** An addressable party: an identifier, an incoming queue, and the object spaces that the
+    application's peer class declares as its member variables.
+
+    A peer lives inside a service, whose thread processes its incoming messages in each pass.
+    Other threads reach it only by posting envelops to its identifier (Program::postEnvelopToMessageTarget)
+    or to its incoming target. It is the provider of its spaces: objects below it find them by name.
+*/
+class Peer : public Object, public ObjectSpaceProvider
+{
+public:
+    TOV_DECLARE_CLASS (Peer, Object)
+
+    /** Takes ownership of the identifier and registers with the program when it is not null;
+        a peer made without one registers through storeIdentifierAndRegisterToPeerManager. */
+    explicit Peer (Object* identifier = nullptr);
+    /** Unregisters (unless it is a class default object or the program has stopped), then
+        deletes its incoming target with the envelops still queued. */
+    ~Peer() override;
+
+    /** The peer of an object: starting from the parent of the object's space, or from the
+        object's parent when it has no space, that object or the nearest peer above it. */
+    static Peer* get (const Object& object);
+
+    ThreadAwareEnvelopQueueMessageTarget* getIncomingMessageTarget() const noexcept  { return incomingMessageTarget; }
+    /** True when the peer has that identifier already; false when it has another one, or the
+        program refuses it (its identifier taken, or the program stopped). */
+    bool storeIdentifierAndRegisterToPeerManager (const Object& identifier);
+
+    //==============================================================================
+    /** On the service's thread: runs the messages queued since the last call, in arrival order.
+        Diffs of one space that arrive between two other messages are applied as one. */
+    void processIncomingMessages (ExecutionContext& context);
+    /** Deletes the queued envelops unprocessed. */
+    void clearIncomingMessages();
+
+    //==============================================================================
+    /** The first of the peer's spaces with that name, or null. */
+    ObjectSpace* getSpaceByName (const juce::String& name) const override;
+    /** The spaces among the peer's variables, in declaration order. */
+    const std::vector<ObjectSpace*>& getSpaces() const;
+
+    void startBypassTransaction();
+    void finishBypassTransaction();
+    /** Every space mirrors to that target, in the name of this peer's identifier; nothing
+        while the peer has no identifier. */
+    void addObjectSpacesMirroringTarget (const Object& targetIdentifier);
+    void removeObjectSpacesMirroringTarget (const Object& targetIdentifier);
+    void disableObjectSpacesMirroring();
+    void updateObjectSpacesMirroring (double nowSeconds, double periodSeconds);
+
+private:
+    using PendingDiffs = std::map<juce::String, DiffObjectSpaceMessage*>;
+
+    mutable std::vector<ObjectSpace*> spaces;
+    mutable bool spaceCacheIsValid = false;
+    ThreadAwareEnvelopQueueMessageTarget* incomingMessageTarget = nullptr;
+
+    void updateObjectSpaceCacheIfNeeded() const;
+    template <class Operation>
+    void forEachSpace (Operation&& operation);
+
+    void processBatch (ExecutionContext& context, const std::vector<Envelop*>& batch);
+    void processEnvelop (ExecutionContext& context, const Envelop& envelop, PendingDiffs& pending);
+    void flushPendingDiffs (ExecutionContext& context, const Object& senderIdentifier, PendingDiffs& pending);
+    static void addPendingDiff (DiffObjectSpaceMessage& diff, PendingDiffs& pending);
+
+    JUCE_DECLARE_NON_COPYABLE (Peer)
+};
+
+} // namespace tov

@@ -1,0 +1,112 @@
+#include "PeerMap.h"
+#include "Envelop.h"
+#include "Peer.h"
+#include "RemoteTargetIdentifier.h"
+#include "ThreadAwareEnvelopQueueMessageTarget.h"
+
+namespace tov
+{
+
+PeerMap::PeerMap()
+    : entries (8)
+{
+    entries.max_load_factor (1.0f);
+}
+
+PeerMap::~PeerMap()
+{
+    for (auto& entry : entries)
+        entry.first->deleteThis();
+}
+
+bool PeerMap::registerPeer (Peer& peer)
+{
+    ObjectOwnedPointer identifier;
+    if (! peer.getIncomingMessageTarget()->loadIdentifier (identifier))
+        return false;
+
+    const juce::ScopedLock scopedLock (lock);
+    if (entries.find (identifier.get()) != entries.end())
+        return false;
+    auto weakPeer = std::make_unique<WeakPointer<Peer>>();
+    weakPeer->set (&peer, false);
+    entries.emplace (identifier.release(), std::move (weakPeer));
+    return true;
+}
+
+// A peer whose registration was refused shares its identifier with the one registered: its
+// end must not take the other's entry with it.
+bool PeerMap::unregisterPeer (Peer& peer)
+{
+    ObjectOwnedPointer identifier;
+    if (! peer.getIncomingMessageTarget()->loadIdentifier (identifier))
+        return false;
+
+    const juce::ScopedLock scopedLock (lock);
+    auto entry = entries.find (identifier.get());
+    if (entry == entries.end())
+        return false;
+    auto* registered = entry->second->getIfAlreadyCached();
+    if (registered != nullptr && registered != &peer)
+        return false;
+    Object* key = entry->first;
+    entries.erase (entry);
+    key->deleteThis();
+    return true;
+}
+
+size_t PeerMap::getNumPeers() const
+{
+    const juce::ScopedLock scopedLock (lock);
+    return entries.size();
+}
+
+//==============================================================================
+bool PeerMap::postEnvelopToMessageTarget (const Object& target, Envelop* envelop, bool* targetNotFound) const
+{
+    if (targetNotFound != nullptr)
+        *targetNotFound = false;
+    if (envelop == nullptr)
+        return false;
+    if (envelop->getNumMessages() == 0)
+    {
+        envelop->deleteThis();
+        return true;
+    }
+
+    auto* remote = dynamic_cast<const RemoteTargetIdentifier*> (&target);
+    if (remote != nullptr && remote->isValid())
+        // The far target's connection is looked up here once connections exist; until then
+        // no connection carries it.
+        return refuse (envelop, targetNotFound);
+    return postEnvelopToPeer (target, envelop, targetNotFound);
+}
+
+bool PeerMap::postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const
+{
+    const juce::ScopedLock scopedLock (lock);
+    if (targetNotFound != nullptr)
+        *targetNotFound = false;
+    if (auto* peer = getPeerWithoutLock (target))
+        return peer->getIncomingMessageTarget()->postEnvelop (envelop);
+    return refuse (envelop, targetNotFound);
+}
+
+Peer* PeerMap::getPeerWithoutLock (const Object& identifier) const
+{
+    auto entry = entries.find (const_cast<Object*> (&identifier));
+    if (entry == entries.end())
+        return nullptr;
+    return static_cast<Peer*> (entry->second->getIfAlreadyCached());
+}
+
+bool PeerMap::refuse (Envelop* envelop, bool* targetNotFound)
+{
+    if (targetNotFound != nullptr)
+        *targetNotFound = true;
+    if (envelop != nullptr)
+        envelop->deleteThis();
+    return false;
+}
+
+} // namespace tov

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "../Pointer/WeakPointer.h"
+#include <memory>
+#include <unordered_map>
+
+namespace tov
+{
+
+class Envelop;
+class Peer;
+
+/** All peers of the process by identifier, and the routing of envelops to them.
+
+    An identifier that names a far target on a connection goes to that connection; any other
+    is looked up here. The map owns its keys (clones of the peers' identifiers), hashed with
+    computeHash and compared with equals, and holds each peer by a weak pointer: an entry whose
+    peer has died answers as not found. The lock is held during a post to a local peer, so that
+    a peer cannot leave the map half way through a post to it.
+
+    One map belongs to the Program, which forwards its operations of the same names here.
+*/
+class PeerMap
+{
+public:
+    PeerMap();
+    ~PeerMap();
+
+    /** False when the peer has no identifier or another peer has an equal one. */
+    bool registerPeer (Peer& peer);
+    /** False when no entry has the peer's identifier. */
+    bool unregisterPeer (Peer& peer);
+
+    /** Takes ownership of the envelop. Routes it to a far target through its connection, or to
+        a local peer. targetNotFound, when given, tells whether it failed for want of a target. */
+    bool postEnvelopToMessageTarget (const Object& target, Envelop* envelop, bool* targetNotFound) const;
+    /** Takes ownership of the envelop and queues it on the local peer of that identifier. */
+    bool postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const;
+
+    size_t getNumPeers() const;
+
+private:
+    struct IdentifierHash
+    {
+        size_t operator() (const Object* identifier) const     { return (size_t) identifier->computeHash(); }
+    };
+    struct IdentifierEquality
+    {
+        bool operator() (const Object* a, const Object* b) const { return a->equals (*b); }
+    };
+    using Entries = std::unordered_map<Object*, std::unique_ptr<WeakPointer<Peer>>, IdentifierHash, IdentifierEquality>;
+
+    juce::CriticalSection lock;
+    Entries entries;
+
+    Peer* getPeerWithoutLock (const Object& identifier) const;
+    static bool refuse (Envelop* envelop, bool* targetNotFound);
+};
+
+} // namespace tov

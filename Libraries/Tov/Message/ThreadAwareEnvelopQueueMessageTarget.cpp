@@ -1,0 +1,98 @@
+#include "ThreadAwareEnvelopQueueMessageTarget.h"
+#include "Envelop.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (ThreadAwareEnvelopQueueMessageTarget)
+TOV_END_CLASS()
+
+ThreadAwareEnvelopQueueMessageTarget::ThreadAwareEnvelopQueueMessageTarget (Object* identifier)
+    : MessageTarget (identifier)
+{
+    envelops.reserve (reservedNumEnvelops);
+}
+
+ThreadAwareEnvelopQueueMessageTarget::~ThreadAwareEnvelopQueueMessageTarget()
+{
+    clearEnvelops();
+}
+
+// The thread is asked under the lock: forgetThread takes the same lock before the thread
+// object goes, so a poster never asks a deleted thread.
+bool ThreadAwareEnvelopQueueMessageTarget::handleEnvelop (Envelop* envelop)
+{
+    if (envelop == nullptr)
+        return false;
+
+    bool accepted = true;
+    {
+        const juce::ScopedLock lock (queueLock);
+        auto* owner = thread.load();
+        if (owner != nullptr && owner->threadShouldExit())
+        {
+            accepted = false;
+        }
+        else
+        {
+            envelops.push_back (envelop);
+            if (owner != nullptr)
+                owner->notify();
+        }
+    }
+    if (! accepted)
+        envelop->deleteThis();
+    return accepted;
+}
+
+// An empty queue is left as it is, keeping its room; a full one is swapped for a new vector
+// with room for as many as the queue was made for.
+void ThreadAwareEnvelopQueueMessageTarget::takeEnvelops (std::vector<Envelop*>& result)
+{
+    if (thread.load() == nullptr)
+        thread = juce::Thread::getCurrentThread();
+
+    std::vector<Envelop*> replacement;
+    {
+        const juce::ScopedLock lock (queueLock);
+        if (envelops.empty())
+            return;
+    }
+    replacement.reserve (reservedNumEnvelops);
+    {
+        const juce::ScopedLock lock (queueLock);
+        envelops.swap (replacement);
+    }
+    result.swap (replacement);
+}
+
+void ThreadAwareEnvelopQueueMessageTarget::clearEnvelops()
+{
+    std::vector<Envelop*> taken;
+    {
+        const juce::ScopedLock lock (queueLock);
+        taken.swap (envelops);
+    }
+    deleteEnvelops (taken);
+}
+
+size_t ThreadAwareEnvelopQueueMessageTarget::getNumEnvelops() const
+{
+    const juce::ScopedLock lock (queueLock);
+    return envelops.size();
+}
+
+void ThreadAwareEnvelopQueueMessageTarget::forgetThread (const juce::Thread* goingThread)
+{
+    const juce::ScopedLock lock (queueLock);
+    if (thread.load() == goingThread)
+        thread = nullptr;
+}
+
+void ThreadAwareEnvelopQueueMessageTarget::deleteEnvelops (const std::vector<Envelop*>& toDelete)
+{
+    for (auto* envelop : toDelete)
+        envelop->deleteThis();
+}
+
+} // namespace tov
