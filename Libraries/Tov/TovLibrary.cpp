@@ -9,6 +9,7 @@
 #include "Container/Optional.h"
 #include "Container/StringVector.h"
 #include "Message/Envelop.h"
+#include "Message/Event.h"
 #include "Message/Mirroring/DiffObjectSpaceMessage.h"
 #include "Message/Mirroring/MirroringMessage.h"
 #include "Message/Peer.h"
@@ -154,6 +155,7 @@ Library* createTovMessageLibrary()
     auto* library = createSubLibrary ("Message", sourceRoot + "/Message");
     library->addClass<Message>();
     library->addClass<Envelop>();
+    library->addClass<Event>();
     library->addClass<MessageTarget>();
     library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
     library->addClass<RemoteTargetIdentifier>();
