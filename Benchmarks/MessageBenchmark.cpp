@@ -2,6 +2,7 @@
 #include <Tov/Core/Library.h>
 #include <Tov/Core/State.h>
 #include <Tov/Message/Envelop.h>
+#include <Tov/Message/MessageTarget.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Standard/Program.h>
 #include "BenchmarkService.h"
