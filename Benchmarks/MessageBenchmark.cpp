@@ -8,6 +8,7 @@
 #include "BenchmarkService.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <mutex>
@@ -16,8 +17,8 @@
 // Messages between services of one process, each against a peer in the same run:
 // - envelops of one small message posted through the program to a peer and taken by its
 //   incoming pass, 100 per round (make, post, take, run, delete), against a plain std::mutex
-//   and std::vector queue of heap messages with a virtual run, drained by the same swap: the
-//   limit of any queue that moves pointers;
+//   and std::vector queue of the same messages, made, run and deleted alike and drained by the
+//   same swap: the limit of any queue that moves pointers to messages;
 // - the wire form of an envelop of ten messages, written to a block and read back into a new
 //   envelop, against the binary State alone of the same envelop written and read back.
 // Times are CPU times per envelop, medians of nine repetitions interleaved at random.
@@ -62,26 +63,20 @@ void SumMessage::process (tov::ExecutionContext&, const Object&, tov::MessageTar
     static_cast<SummingPeer*> (incomingTarget.getParent())->sum += value.get();
 }
 
-/** The peer of the envelop queue: what a queue of moved pointers cannot avoid. */
-struct PlainMessage
-{
-    virtual ~PlainMessage() = default;
-    virtual void run (int64_t& sum) const            { sum += value; }
-    int64_t value = 1;
-};
-
+/** The peer of the envelop queue: a queue of moved pointers to messages made, run and deleted
+    as the envelop's message is, with no envelop, sender or routing around them. */
 class PlainQueue
 {
 public:
-    void post (PlainMessage* message)
+    void post (tov::Message* message)
     {
         const std::lock_guard<std::mutex> lock (mutex);
         messages.push_back (message);
     }
 
-    void drain (int64_t& sum)
+    void drain (tov::ExecutionContext& context, const tov::Object& sender, tov::MessageTarget& target)
     {
-        std::vector<PlainMessage*> taken;
+        std::vector<tov::Message*> taken;
         taken.reserve (envelopsPerRound);
         {
             const std::lock_guard<std::mutex> lock (mutex);
@@ -89,14 +84,14 @@ public:
         }
         for (auto* message : taken)
         {
-            message->run (sum);
-            delete message;
+            message->process (context, sender, target);
+            message->deleteThis();
         }
     }
 
 private:
     std::mutex mutex;
-    std::vector<PlainMessage*> messages;
+    std::vector<tov::Message*> messages;
 };
 
 tov::Integer* makeIdentifier (int64_t value)
@@ -128,17 +123,19 @@ void postEnvelopToPeer (benchmark::State& state)
 
 void plainMutexVectorQueue (benchmark::State& state)
 {
+    auto* receiver = new SummingPeer();
+    tov::Integer sender;
     PlainQueue queue;
-    int64_t sum = 0;
     for (auto _ : state)
     {
         for (int i = 0; i < envelopsPerRound; ++i)
-            queue.post (new PlainMessage());
-        queue.drain (sum);
+            queue.post (new SumMessage (1));
+        queue.drain (theService->getExecutionContext(), sender, *receiver->getIncomingMessageTarget());
     }
-    if (sum != (int64_t) state.iterations() * envelopsPerRound)
+    if (receiver->sum != (int64_t) state.iterations() * envelopsPerRound)
         state.SkipWithError ("a message went missing");
     state.SetItemsProcessed ((int64_t) state.iterations() * envelopsPerRound);
+    receiver->deleteThis();
 }
 
 tov::Envelop* makeTenMessageEnvelop()
