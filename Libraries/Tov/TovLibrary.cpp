@@ -181,6 +181,7 @@ Library* createTovStandardLibrary()
     library->addClass<ToStringExecutionContext>();
     library->addClass<Service>();
     library->addClass<Program>();
+    library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
