@@ -17,6 +17,11 @@ TEST (HostIdentifierTest, IsAStringClassOfTheNetworkLibrary)
 {
     auto* library = Library::getRootLibrary()->getLibraryByName ("Tov")->getLibraryByName ("Network");
     ASSERT_NE (library, nullptr);
+    juce::StringArray names;
+    for (size_t i = 0; i < library->getNumClasses(); ++i)
+        names.add (library->getClass (i)->getName());
+    EXPECT_EQ (names.joinIntoString (" "), "HostIdentifier NetworkAdapterStats NetworkStats NetworkPort NetworkAddress "
+                                           "LocalIp LocalNetworkPort LocalNetworkAddress");
     EXPECT_EQ (HostIdentifier::staticClass.getBaseClass(), &String::staticClass);
     auto identifier = createOwned<HostIdentifier>();
     identifier->set ("render-3");
