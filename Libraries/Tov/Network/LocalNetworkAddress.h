@@ -13,7 +13,7 @@ public:
     TOV_DECLARE_CLASS (LocalNetworkAddress, Object)
 
     LocalNetworkAddress() = default;
-    LocalNetworkAddress (const juce::String& localIp, unsigned int localPort)  { set (localIp, localPort, false); }
+    LocalNetworkAddress (const juce::String& ip, unsigned int port)  { set (ip, port, false); }
 
     LocalIp localIp;
     LocalNetworkPort localPort;

@@ -13,7 +13,7 @@ public:
     TOV_DECLARE_CLASS (NetworkAddress, Object)
 
     NetworkAddress() = default;
-    NetworkAddress (const juce::String& host, unsigned int port)  { set (host, port, false); }
+    NetworkAddress (const juce::String& hostText, unsigned int portNumber)  { set (hostText, portNumber, false); }
 
     HostIdentifier host;
     NetworkPort port;
