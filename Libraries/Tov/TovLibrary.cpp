@@ -8,6 +8,9 @@
 #include "Container/NamedObjectMap.h"
 #include "Container/Optional.h"
 #include "Container/StringVector.h"
+#include "Network/LocalNetworkAddress.h"
+#include "Network/NetworkAddress.h"
+#include "Network/NetworkStats.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
@@ -141,7 +144,19 @@ Library* createTovContainerLibrary()
     return library;
 }
 
-Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }
+Library* createTovNetworkLibrary()
+{
+    auto* library = createSubLibrary ("Network", sourceRoot + "/Network");
+    library->addClass<HostIdentifier>();
+    library->addClass<NetworkAdapterStats>();
+    library->addClass<NetworkStats>();
+    library->addClass<NetworkPort>();
+    library->addClass<NetworkAddress>();
+    library->addClass<LocalIp>();
+    library->addClass<LocalNetworkPort>();
+    library->addClass<LocalNetworkAddress>();
+    return library;
+}
 
 Library* createTovMessageLibrary()
 {
