@@ -15,6 +15,9 @@
 #include "Message/Peer.h"
 #include "Message/RemoteTargetIdentifier.h"
 #include "Message/ThreadAwareEnvelopQueueMessageTarget.h"
+#include "Network/LocalNetworkAddress.h"
+#include "Network/NetworkAddress.h"
+#include "Network/NetworkStats.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
@@ -148,7 +151,19 @@ Library* createTovContainerLibrary()
     return library;
 }
 
-Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }
+Library* createTovNetworkLibrary()
+{
+    auto* library = createSubLibrary ("Network", sourceRoot + "/Network");
+    library->addClass<HostIdentifier>();
+    library->addClass<NetworkAdapterStats>();
+    library->addClass<NetworkStats>();
+    library->addClass<NetworkPort>();
+    library->addClass<NetworkAddress>();
+    library->addClass<LocalIp>();
+    library->addClass<LocalNetworkPort>();
+    library->addClass<LocalNetworkAddress>();
+    return library;
+}
 
 Library* createTovMessageLibrary()
 {
@@ -198,6 +213,7 @@ Library* createTovStandardLibrary()
     library->addClass<ToStringExecutionContext>();
     library->addClass<Service>();
     library->addClass<Program>();
+    library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
