@@ -1,5 +1,6 @@
 #include "PointerTestSupport.h"
 #include "Support/DeletionWatcher.h"
+#include "Support/RecordingExecutionContext.h"
 #include <Tov/Core/StateObjectExporter.h>
 
 using namespace tov;
@@ -290,4 +291,16 @@ TEST (NativeHandleTest, CopyNotifies)
     source.copyTo (target);
     EXPECT_EQ (target.get(), 7u);
     EXPECT_EQ (changes.count, 1);
+}
+
+TEST_F (OwnedPointerTest, AStateThatPointsAtNothingLoadsAsAnEmptyPointer)
+{
+    auto holder = makeOwnedNode ("holder");
+    holder->child.set (makeNode ("old"), false);
+    auto state = std::make_shared<State>();
+    state->setOwnedPointer (nullptr);
+    tov::testing::RecordingExecutionContext context;
+    EXPECT_TRUE (holder->child.loadFromState (context, state));
+    EXPECT_EQ (holder->child.get(), nullptr);
+    EXPECT_TRUE (context.errors.empty());
 }

@@ -145,6 +145,12 @@ bool ObjectImporter::readObject (Object* parent, Object*& out, Class* expectedCl
     const auto type = getCurrentType();
     if (type == StateType::ownedPointerType)
     {
+        // The binary form can carry an owned pointer to nothing: it holds no object.
+        if (getCurrentState()->getOwnedPointer() == nullptr)
+        {
+            out = nullptr;
+            return true;
+        }
         enter (getCurrentState()->getOwnedPointer());
         out = createPointedObject (parent, expectedClass);
         leave();
