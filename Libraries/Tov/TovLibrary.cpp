@@ -14,10 +14,18 @@
 #include "Message/Peer.h"
 #include "Message/RemoteTargetIdentifier.h"
 #include "Message/ThreadAwareEnvelopQueueMessageTarget.h"
+#include "Message/Transaction/CompositeTransaction.h"
+#include "Message/Transaction/CreateObjectMirroredTransaction.h"
+#include "Message/Transaction/DefaultTemporalTransaction.h"
+#include "Message/Transaction/DestroyObjectMirroredTransaction.h"
+#include "Message/Transaction/DummyTransaction.h"
+#include "Message/Transaction/History.h"
+#include "Message/Transaction/UpdateObjectMirroredTransaction.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
 #include "Pointer/PointerClassGenerators.h"
+#include "Standard/Accessor.h"
 #include "Standard/ActivationState.h"
 #include "Standard/AttributedString.h"
 #include "Standard/ColorShift.h"
@@ -149,6 +157,16 @@ Library* createTovContainerLibrary()
 
 Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }
 
+static Library* createTovTransactionLibrary()
+{
+    auto* library = createSubLibrary ("Transaction", sourceRoot + "/Message/Transaction");
+    library->addClass<MirroredTransaction>();
+    library->addClass<CreateObjectMirroredTransaction>();
+    library->addClass<UpdateObjectMirroredTransaction>();
+    library->addClass<DestroyObjectMirroredTransaction>();
+    return library;
+}
+
 Library* createTovMessageLibrary()
 {
     auto* library = createSubLibrary ("Message", sourceRoot + "/Message");
@@ -158,7 +176,13 @@ Library* createTovMessageLibrary()
     library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
     library->addClass<RemoteTargetIdentifier>();
     library->addClass<Peer>();
-    library->addLibrary (createSubLibrary ("Transaction", sourceRoot + "/Message/Transaction"));
+    library->addClass<Transaction>();
+    library->addClass<DummyTransaction>();
+    library->addClass<CompositeTransaction>();
+    library->addClass<History>();
+    library->addClass<TemporalTransaction>();
+    library->addClass<DefaultTemporalTransaction>();
+    library->addLibrary (createTovTransactionLibrary());
     auto* mirroring = createSubLibrary ("Mirroring", sourceRoot + "/Message/Mirroring");
     mirroring->addClass<MirroringMessage>();
     mirroring->addClass<DiffObjectSpaceMessage>();
@@ -171,6 +195,7 @@ Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
+    library->addClass<Accessor>();
     library->addClass<EventCounter>();
     library->addClass<Rational>();
     library->addClass<Seed>();
