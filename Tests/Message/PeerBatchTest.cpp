@@ -1,5 +1,6 @@
 #include "MessageTestSupport.h"
 #include "Support/DeletionWatcher.h"
+#include <Tov/Message/Mirroring/MirroringMessage.h>
 #include <Tov/Standard/Program.h>
 
 using namespace tov;
