@@ -227,6 +227,39 @@ TEST_F (TransactionBuilderTest, ANestedScopeBecomesAChildOfTheOuterOne)
     EXPECT_EQ (receiver.envelops.size(), 1u);
 }
 
+TEST_F (TransactionBuilderTest, AChangePendingInTheOuterScopeIsRecordedBeforeANestedScopeChangesItAgain)
+{
+    history.clear ("Start");
+    {
+        ScopedTransaction outer ("Outer", *document);
+        document->title.set ("a");
+        {
+            ScopedTransaction inner ("Inner", *document);
+            document->title.set ("b");
+        }
+    }
+    EXPECT_EQ (describeLastTransaction(), "Update String \"a\"|Inner");
+    history.undo();
+    EXPECT_EQ (document->title.get(), "");
+}
+
+TEST_F (TransactionBuilderTest, AnItemAddedOutsideAndRemovedInsideANestedScopeIsGoneAfterUndo)
+{
+    history.clear ("Start");
+    const auto before = documentState();
+    {
+        ScopedTransaction outer ("Outer", *document);
+        document->items.append (makeItem ("new"));
+        {
+            ScopedTransaction inner ("Inner", *document);
+            document->items.remove ((size_t) 0);
+        }
+    }
+    history.undo();
+    EXPECT_EQ (document->items.size(), 0u);
+    EXPECT_TRUE (State::equals (documentState(), before));
+}
+
 TEST_F (TransactionBuilderTest, AVolatileScopeInsideANormalOneBecomesAChildNamedVolatile)
 {
     {

@@ -78,8 +78,17 @@ bool TransactionMakerObjectSpaceView::isInsideBypass() const
     return std::find (transactionBuilders.begin(), transactionBuilders.end(), nullptr) != transactionBuilders.end();
 }
 
+// The builder below stops hearing the stream: its pending change is taken now, before the
+// new scope changes the same object again and leaves it with a state of the new scope's making.
+void TransactionMakerObjectSpaceView::flushTop()
+{
+    if (auto* top = getTop())
+        top->flush();
+}
+
 TransactionBuilderImplementation* TransactionMakerObjectSpaceView::push (TransactionBuilderImplementation* builder)
 {
+    flushTop();
     if (builder != nullptr && isInsideBypass())
     {
         inertBuilders.emplace_back (builder);
@@ -117,6 +126,7 @@ TransactionBuilderImplementation* TransactionMakerObjectSpaceView::startVolatile
 
 void TransactionMakerObjectSpaceView::startBypassTransaction()
 {
+    flushTop();
     transactionBuilders.push_back (nullptr);
 }
 

@@ -61,6 +61,7 @@ private:
     TransactionBuilderImplementation* getTop() const;
     VolatileTransactionBuilderImplementation* findFirstVolatileBuilder() const;
     bool isInsideBypass() const;
+    void flushTop();
     TransactionBuilderImplementation* push (TransactionBuilderImplementation* builder);
     void finish (CreateTransactionBuilderImplementation& builder);
     void finish (VolatileTransactionBuilderImplementation& builder);
