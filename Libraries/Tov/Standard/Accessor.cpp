@@ -14,6 +14,16 @@ TemporalTransaction* Accessor::createTemporalTransaction (Object&) const
     return new DefaultTemporalTransaction();
 }
 
+void Accessor::convertValue (const Object& value, Object& target)
+{
+    if (value.getClass() != target.getClass())
+        return value.convertToObject (target);
+    if (value.equals (target))
+        return;
+    value.copyTo (target);
+    target.changed();
+}
+
 void Accessor::setTargetValue (Object& target, const Object& value, const juce::String& description,
                                const TemporalTransaction* temporalTransaction) const
 {
@@ -22,12 +32,12 @@ void Accessor::setTargetValue (Object& target, const Object& value, const juce::
     if (description.isEmpty())
     {
         ScopedVolatileTransaction transaction (target);
-        value.convertToObject (target);
+        convertValue (value, target);
     }
     else if (temporalTransaction == nullptr)
     {
         ScopedTransaction transaction (description, target);
-        value.convertToObject (target);
+        convertValue (value, target);
     }
     else
     {
@@ -44,7 +54,7 @@ void Accessor::setThroughTemporalTransaction (Object& target, const Object& valu
 
     if (parent == nullptr || ! parent->hasVariableConstraints (&target))
     {
-        value.convertToObject (target);
+        convertValue (value, target);
         ScopedTransaction transaction (description, target);
         if (undoValue != nullptr)
             transaction.addObjectWithUndoValue (target, *undoValue);
@@ -57,10 +67,10 @@ void Accessor::setThroughTemporalTransaction (Object& target, const Object& valu
     if (undoValue != nullptr)
     {
         ScopedVolatileTransaction transaction (target);
-        undoValue->convertToObject (target);
+        convertValue (*undoValue, target);
     }
     ScopedTransaction transaction (description, target);
-    value.convertToObject (target);
+    convertValue (value, target);
 }
 
 } // namespace tov

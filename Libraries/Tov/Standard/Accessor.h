@@ -28,6 +28,11 @@ public:
     /** The objects that a change of the target reaches: the target alone here. */
     virtual void getMultiTargets (Object& target, std::vector<Object*>& result) const  { result.push_back (&target); }
 
+    /** Converts the value onto the target as an edit that the open scope hears: a value of the
+        target's own class is copied, which tells nobody, so the target is then told of the change
+        when there was one. */
+    static void convertValue (const Object& value, Object& target);
+
 private:
     static void setThroughTemporalTransaction (Object& target, const Object& value, const juce::String& description,
                                                const TemporalTransaction& temporalTransaction);

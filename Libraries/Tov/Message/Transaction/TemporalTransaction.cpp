@@ -91,7 +91,7 @@ void DefaultTemporalTransaction::storeBackup (const Object& backedUp)
 void DefaultTemporalTransaction::applyBackup (Object& restored) const
 {
     if (undoValue != nullptr)
-        undoValue->copyTo (restored);
+        Accessor::convertValue (*undoValue, restored);
 }
 
 void DefaultTemporalTransaction::clearBackup()
