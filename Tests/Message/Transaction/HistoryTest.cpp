@@ -134,6 +134,31 @@ TEST_F (HistoryTest, MoveToPositionUndoesOrRedoesStepByStep)
     EXPECT_TRUE (log.isEmpty());
 }
 
+TEST_F (HistoryTest, MoveToPositionPastTheEndStopsAtTheLastTransaction)
+{
+    history.clear ("Start");
+    add ("a");
+    add ("b");
+    history.moveToPosition (0);
+    log.clear();
+    history.moveToPosition (10);
+    EXPECT_EQ (log.joinIntoString (","), "redo a,redo b");
+    EXPECT_EQ (history.getPosition(), 2u);
+    EXPECT_FALSE (history.canRedo());
+    EXPECT_TRUE (history.canUndo());
+    log.clear();
+    history.moveToPosition (5);
+    EXPECT_TRUE (log.isEmpty());
+    EXPECT_EQ (history.getPosition(), 2u);
+}
+
+TEST_F (HistoryTest, MoveToPositionOfAnEmptyHistoryDoesNothing)
+{
+    history.moveToPosition (3);
+    EXPECT_EQ (history.getPosition(), 0u);
+    EXPECT_EQ (history.getNumTransactions(), 0u);
+}
+
 TEST_F (HistoryTest, MoveToTransactionFindsItsPositionAndIgnoresStrangers)
 {
     history.clear ("Start");

@@ -1,6 +1,7 @@
 #include "History.h"
 #include "DummyTransaction.h"
 #include "../Envelop.h"
+#include <algorithm>
 
 namespace tov
 {
@@ -71,6 +72,10 @@ void History::redo()
 
 void History::moveToPosition (size_t newPosition)
 {
+    // Past the last transaction there is nothing to redo: the move stops at the last one.
+    if (transactions.size() == 0)
+        return;
+    newPosition = std::min (newPosition, transactions.size() - 1);
     if (newPosition == getPosition())
         return;
     while (getPosition() > newPosition)

@@ -40,7 +40,7 @@ public:
 
     void undo();
     void redo();
-    /** Undoes or redoes until the position is reached; a position past the end is not checked. */
+    /** Undoes or redoes until the position is reached; a position past the end stops at the last transaction. */
     void moveToPosition (size_t newPosition);
     /** Moves to the transaction's position; nothing when it is not in the list. */
     void moveToTransaction (Transaction& transaction);
