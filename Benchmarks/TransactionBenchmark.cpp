@@ -11,6 +11,7 @@
 #include <Tov/Standard/Program.h>
 #include "BenchmarkService.h"
 #include "MedianReporter.h"
+#include "PairedBenchmarks.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <juce_data_structures/juce_data_structures.h>
@@ -36,7 +37,6 @@ constexpr size_t numChangesPerEdit = 1000;
 constexpr size_t numEditsForMemory = 1000;
 constexpr size_t numChangesPerEditForMemory = 100;
 constexpr size_t numEditsKeptWhileTiming = 64;
-constexpr int numRepetitions = 5;
 
 /** An element of the document: one number. */
 class Element : public tov::Object
@@ -236,15 +236,9 @@ void runOperation (benchmark::State& state, Operation operation)
 
 void registerBenchmarks()
 {
-    for (int i = 0; i < 3; ++i)
-    {
-        const auto operation = (Operation) i;
-        const juce::String name (operationNames[i]);
-        benchmark::RegisterBenchmark ((name + "/History").toRawUTF8(), [operation] (benchmark::State& state) { runOperation<TovContestant> (state, operation); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        benchmark::RegisterBenchmark ((name + "/UndoManager").toRawUTF8(), [operation] (benchmark::State& state) { runOperation<UndoManagerContestant> (state, operation); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-    }
+    tov::benchmarks::registerPairedBenchmarks (operationNames, 3,
+        "History", [] (benchmark::State& state, int operation) { runOperation<TovContestant> (state, (Operation) operation); },
+        "UndoManager", [] (benchmark::State& state, int operation) { runOperation<UndoManagerContestant> (state, (Operation) operation); });
 }
 
 //==============================================================================
@@ -269,21 +263,14 @@ void printTables (const tov::benchmarks::MedianReporter& reporter)
 {
     std::printf ("\nCPU time per changed number, edits of %zu numbers in a document of %zu objects (ratio below 1: History is faster)\n",
                  numChangesPerEdit, numElements);
-    std::printf ("%-10s %12s %16s %8s\n", "Operation", "History ns", "UndoManager ns", "Ratio");
-    for (int i = 0; i < 3; ++i)
-    {
-        const std::string name (operationNames[i]);
-        const double history = reporter.getMedianSeconds (name + "/History") / numChangesPerEdit * 1e9;
-        const double undoManager = reporter.getMedianSeconds (name + "/UndoManager") / numChangesPerEdit * 1e9;
-        if (history > 0 && undoManager > 0)
-            std::printf ("%-10s %12.1f %16.1f %8.2f\n", name.c_str(), history, undoManager, history / undoManager);
-    }
+    tov::benchmarks::printPairedRatioTable (reporter, operationNames, 3, "History", "History ns", "UndoManager", "UndoManager ns",
+                                            [] (int) { return numChangesPerEdit; });
 
     const double history = measureMemoryPerChange<TovContestant>();
     const double undoManager = measureMemoryPerChange<UndoManagerContestant>();
     std::printf ("\nMemory kept per changed number, %zu edits of %zu numbers\n", numEditsForMemory, numChangesPerEditForMemory);
-    std::printf ("%-10s %12s %16s %8s\n", "", "History B", "UndoManager B", "Ratio");
-    std::printf ("%-10s %12.1f %16.1f %8.2f\n", "Memory", history, undoManager, history / undoManager);
+    std::printf ("%-13s %16s %16s %8s\n", "", "History B", "UndoManager B", "Ratio");
+    std::printf ("%-13s %16.1f %16.1f %8.2f\n", "Memory", history, undoManager, history / undoManager);
     std::fflush (stdout);
 }
 
