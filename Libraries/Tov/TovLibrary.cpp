@@ -9,6 +9,7 @@
 #include "Container/Optional.h"
 #include "Container/StringVector.h"
 #include "Message/Envelop.h"
+#include "Message/Event.h"
 #include "Message/Mirroring/DiffObjectSpaceMessage.h"
 #include "Message/Mirroring/MirroringMessage.h"
 #include "Message/Peer.h"
@@ -21,6 +22,9 @@
 #include "Message/Transaction/DummyTransaction.h"
 #include "Message/Transaction/History.h"
 #include "Message/Transaction/UpdateObjectMirroredTransaction.h"
+#include "Network/LocalNetworkAddress.h"
+#include "Network/NetworkAddress.h"
+#include "Network/NetworkStats.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
@@ -155,7 +159,19 @@ Library* createTovContainerLibrary()
     return library;
 }
 
-Library* createTovNetworkLibrary()    { return createSubLibrary ("Network", sourceRoot + "/Network"); }
+Library* createTovNetworkLibrary()
+{
+    auto* library = createSubLibrary ("Network", sourceRoot + "/Network");
+    library->addClass<HostIdentifier>();
+    library->addClass<NetworkAdapterStats>();
+    library->addClass<NetworkStats>();
+    library->addClass<NetworkPort>();
+    library->addClass<NetworkAddress>();
+    library->addClass<LocalIp>();
+    library->addClass<LocalNetworkPort>();
+    library->addClass<LocalNetworkAddress>();
+    return library;
+}
 
 static Library* createTovTransactionLibrary()
 {
@@ -172,6 +188,7 @@ Library* createTovMessageLibrary()
     auto* library = createSubLibrary ("Message", sourceRoot + "/Message");
     library->addClass<Message>();
     library->addClass<Envelop>();
+    library->addClass<Event>();
     library->addClass<MessageTarget>();
     library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
     library->addClass<RemoteTargetIdentifier>();
@@ -221,6 +238,7 @@ Library* createTovStandardLibrary()
     library->addClass<ToStringExecutionContext>();
     library->addClass<Service>();
     library->addClass<Program>();
+    library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;

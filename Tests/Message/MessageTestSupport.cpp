@@ -16,6 +16,21 @@ TOV_END_CLASS()
 TOV_BEGIN_CLASS (RecordingDiffMessage)
 TOV_END_CLASS()
 
+TOV_BEGIN_CLASS (SequenceMessage)
+    TOV_VARIABLE (sender)
+    TOV_VARIABLE (sequenceNumber)
+TOV_END_CLASS()
+
+void SequenceMessage::process (ExecutionContext&, const Object&, MessageTarget& incomingTarget) const
+{
+    auto& peer = TestPeer::of (incomingTarget);
+    auto& expected = peer.nextFromSender[sender.get()];
+    if (sequenceNumber.get() != expected)
+        ++peer.numOutOfOrder;
+    expected = sequenceNumber.get() + 1;
+    ++peer.numSequenceMessages;
+}
+
 void RecordingMessage::process (ExecutionContext&, const Object& senderIdentifier, MessageTarget& incomingTarget) const
 {
     TestPeer::of (incomingTarget).lines.push_back (text.get() + " from " + senderIdentifier.toString());
@@ -69,6 +84,7 @@ void ensureMessageTestLibrary()
     library->addClass<TestPeer>();
     library->addClass<RecordingMessage>();
     library->addClass<RecordingDiffMessage>();
+    library->addClass<SequenceMessage>();
     root->addLibrary (library);
 }
 

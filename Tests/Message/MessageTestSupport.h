@@ -10,6 +10,8 @@
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <gtest/gtest.h>
+#include <atomic>
+#include <map>
 #include <vector>
 
 // Peers that write down what they receive, and messages to send them.
@@ -29,6 +31,10 @@ public:
 
     /** Written on the receiving service's thread only. */
     std::vector<juce::String> lines;
+    /** Of the sequence messages: the next number expected from each sender, and how many came
+        out of order. */
+    std::map<int64_t, int64_t> nextFromSender;
+    std::atomic<int64_t> numSequenceMessages { 0 }, numOutOfOrder { 0 };
 
     static TestPeer& of (MessageTarget& incomingTarget) { return *static_cast<TestPeer*> (incomingTarget.getParent()); }
 };
@@ -66,6 +72,26 @@ public:
     void process (ExecutionContext&, const Object& senderIdentifier, MessageTarget& incomingTarget) const override;
 
     juce::String texts;
+};
+
+/** The n-th message from one peer to another: the receiver checks that each sender's messages
+    arrive once and in order. */
+class SequenceMessage : public Message
+{
+public:
+    TOV_DECLARE_CLASS (SequenceMessage, Message)
+
+    SequenceMessage() = default;
+    SequenceMessage (int64_t fromPeer, int64_t number)
+    {
+        sender.set (fromPeer, false);
+        sequenceNumber.set (number, false);
+    }
+
+    void process (ExecutionContext&, const Object& senderIdentifier, MessageTarget& incomingTarget) const override;
+
+    Integer sender;
+    Integer sequenceNumber;
 };
 
 /** A service holding peers, each with its own identifier, run by the test's thread or its own. */

@@ -10,8 +10,8 @@ namespace
 AttributedString makeTitle()
 {
     AttributedString title ("Hello world");
-    title.addAttribute ({ 0, 5, "Sans; 14.0 Bold", 0xffff0000, {} });
-    title.addAttribute ({ 6, 11, {}, 0xff0000ff, "https://example.org" });
+    title.addAttribute (0, 5, "Sans; 14.0 Bold", juce::Colour (0xffff0000), {});
+    title.addAttribute (6, 11, {}, juce::Colour (0xff0000ff), "https://example.org");
     return title;
 }
 } // namespace
@@ -20,8 +20,8 @@ TEST (AttributedStringTest, AttributesAreSavedAsAListOfRecords)
 {
     EXPECT_EQ (makeTitle().makeState (false)->toShortString(),
                "{text = \"Hello world\", attributes = {"
-               "{rangeStart = 0, rangeEnd = 5, font = \"Sans; 14.0 Bold\", colour = \"ffff0000\", link = \"\"}, "
-               "{rangeStart = 6, rangeEnd = 11, font = \"\", colour = \"ff0000ff\", link = \"https://example.org\"}}}");
+               "=> {rangeStart = 0, rangeEnd = 5, font = \"Sans; 14.0 Bold\", colour = \"ffff0000\", link = \"\"}, "
+               "=> {rangeStart = 6, rangeEnd = 11, font = \"\", colour = \"ff0000ff\", link = \"https://example.org\"}}}");
 }
 
 TEST (AttributedStringTest, StateFormRoundTrips)
@@ -32,15 +32,18 @@ TEST (AttributedStringTest, StateFormRoundTrips)
     EXPECT_EQ (outcome.messages, "");
     EXPECT_TRUE (loaded.equals (makeTitle()));
     ASSERT_EQ (loaded.getNumAttributes(), 2u);
-    EXPECT_EQ (loaded.getAttribute (1).link, "https://example.org");
-    EXPECT_EQ (loaded.getAttribute (1).colour, 0xff0000ffu);
+    EXPECT_EQ (loaded.getAttribute (1).getLink(), "https://example.org");
+    EXPECT_EQ (loaded.getAttribute (1).getColour(), juce::Colour (0xff0000ff));
 }
 
-TEST (AttributedStringTest, AStateWithoutAttributesLeavesNone)
+// As for every object, a state sets what it names and leaves the rest.
+TEST (AttributedStringTest, AStateWithoutAttributesKeepsThem)
 {
     auto title = makeTitle();
     EXPECT_TRUE (loadFromText (title, "{text = \"Plain\"}").result);
     EXPECT_EQ (title.getText(), "Plain");
+    EXPECT_EQ (title.getNumAttributes(), 2u);
+    EXPECT_TRUE (loadFromText (title, "{attributes = {}}").result);
     EXPECT_EQ (title.getNumAttributes(), 0u);
 }
 
@@ -63,6 +66,6 @@ TEST (AttributedStringTest, WrapsJuceAttributedString)
     AttributedString copy;
     copy.setFromJuceAttributedString (juceString);
     EXPECT_EQ (copy.getText(), "Hello world");
-    EXPECT_EQ (copy.getAttribute (0).colour, 0xffff0000u);
-    EXPECT_EQ (copy.getAttribute (0).rangeEnd, 5);
+    EXPECT_EQ (copy.getAttribute (0).getColour(), juce::Colour (0xffff0000));
+    EXPECT_EQ (copy.getAttribute (0).getRangeEnd(), 5);
 }

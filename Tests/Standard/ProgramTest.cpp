@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <Tov/Standard/TimeText.h>
 #include <gtest/gtest.h>
+#include <algorithm>
 
 namespace juce
 {
@@ -559,7 +560,13 @@ TEST (ProgramTest, YieldingSleepsTenMillisecondsUnlessOnlyYielding)
     Program::yieldCurrentThreadAccordingToPowerSaveMode (false);
     EXPECT_GE (juce::Time::getMillisecondCounterHiRes() - start, 9.5);
 
-    start = juce::Time::getMillisecondCounterHiRes();
-    Program::yieldCurrentThreadAccordingToPowerSaveMode (true);
-    EXPECT_LT (juce::Time::getMillisecondCounterHiRes() - start, 9.5);
+    // A yield may wait for the processor on a loaded machine: the shortest of a few tries tells.
+    double shortest = 1.0e9;
+    for (int i = 0; i < 5; ++i)
+    {
+        start = juce::Time::getMillisecondCounterHiRes();
+        Program::yieldCurrentThreadAccordingToPowerSaveMode (true);
+        shortest = std::min (shortest, juce::Time::getMillisecondCounterHiRes() - start);
+    }
+    EXPECT_LT (shortest, 9.5);
 }

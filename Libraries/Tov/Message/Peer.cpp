@@ -4,6 +4,7 @@
 #include "Mirroring/DiffObjectSpaceMessage.h"
 #include "Mirroring/MirroringMessage.h"
 #include "../Atomic/Integer.h"
+#include "../Core/Class.h"
 #include "../Core/MemberSignature.h"
 #include "../Core/ObjectSpace.h"
 #include "../Pointer/ObjectOwnedPointer.h"
@@ -68,10 +69,12 @@ void Peer::processBatch (ExecutionContext& context, const std::vector<Envelop*>&
         envelop->incrementReferenceCounter();
     }
 
+    // Asked once: finding the calling thread costs more than asking it whether it stops.
+    const auto* thread = juce::Thread::getCurrentThread();
     PendingDiffs pending;
     for (auto* envelop : batch)
         if (envelop->hasSenderIdentifier())
-            processEnvelop (context, *envelop, pending);
+            processEnvelop (context, *envelop, thread, pending);
 
     Integer noSender;
     flushPendingDiffs (context, noSender, pending);
@@ -82,15 +85,15 @@ void Peer::processBatch (ExecutionContext& context, const std::vector<Envelop*>&
 
 // A message other than a diff first lets the diffs before it land, so that it never overtakes
 // them; then what it did goes out to the mirrors before the next message is looked at.
-void Peer::processEnvelop (ExecutionContext& context, const Envelop& envelop, PendingDiffs& pending)
+void Peer::processEnvelop (ExecutionContext& context, const Envelop& envelop, const juce::Thread* thread, PendingDiffs& pending)
 {
     const Object& sender = *envelop.getSenderIdentifier();
-    for (size_t i = 0; i < envelop.getNumMessages() && ! juce::Thread::currentThreadShouldExit(); ++i)
+    for (size_t i = 0; i < envelop.getNumMessages() && (thread == nullptr || ! thread->threadShouldExit()); ++i)
     {
         auto* message = envelop.getMessage (i);
-        if (auto* diff = dynamic_cast<DiffObjectSpaceMessage*> (message))
+        if (Class::inheritsFrom (message->getClass(), &DiffObjectSpaceMessage::staticClass))
         {
-            addPendingDiff (*diff, pending);
+            addPendingDiff (*static_cast<DiffObjectSpaceMessage*> (message), pending);
             continue;
         }
         flushPendingDiffs (context, sender, pending);

@@ -75,7 +75,7 @@ private:
     void forEachSpace (Operation&& operation);
 
     void processBatch (ExecutionContext& context, const std::vector<Envelop*>& batch);
-    void processEnvelop (ExecutionContext& context, const Envelop& envelop, PendingDiffs& pending);
+    void processEnvelop (ExecutionContext& context, const Envelop& envelop, const juce::Thread* thread, PendingDiffs& pending);
     void flushPendingDiffs (ExecutionContext& context, const Object& senderIdentifier, PendingDiffs& pending);
     static void addPendingDiff (DiffObjectSpaceMessage& diff, PendingDiffs& pending);
 

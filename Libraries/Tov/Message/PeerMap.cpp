@@ -3,6 +3,7 @@
 #include "Peer.h"
 #include "RemoteTargetIdentifier.h"
 #include "ThreadAwareEnvelopQueueMessageTarget.h"
+#include "../Core/Class.h"
 
 namespace tov
 {
@@ -74,8 +75,10 @@ bool PeerMap::postEnvelopToMessageTarget (const Object& target, Envelop* envelop
         return true;
     }
 
-    auto* remote = dynamic_cast<const RemoteTargetIdentifier*> (&target);
-    if (remote != nullptr && remote->isValid())
+    // Asked of the class rather than by a cast: this runs for every envelop, and a cast of an
+    // identifier whose class lives in another library compares type names.
+    const bool isRemote = Class::inheritsFrom (target.getClass(), &RemoteTargetIdentifier::staticClass);
+    if (isRemote && static_cast<const RemoteTargetIdentifier&> (target).isValid())
         // The far target's connection is looked up here once connections exist; until then
         // no connection carries it.
         return refuse (envelop, targetNotFound);
