@@ -3,6 +3,7 @@
 #include <Tov/Core/Library.h>
 #include <Tov/Core/StateObjectExporter.h>
 #include "MedianReporter.h"
+#include "PairedBenchmarks.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <memory>
@@ -22,7 +23,6 @@ namespace
 
 constexpr size_t numElements = 100000;
 constexpr size_t numRemovals = 1000;
-constexpr int numRepetitions = 5;
 
 /** The reflected element: two integers. */
 class Point : public tov::Object
@@ -167,32 +167,17 @@ void runOperation (benchmark::State& state, Operation operation)
 
 void registerBenchmarks()
 {
-    for (int i = 0; i < 4; ++i)
-    {
-        const auto operation = (Operation) i;
-        const juce::String name (operationNames[i]);
-        benchmark::RegisterBenchmark ((name + "/OwnedVector").toRawUTF8(), [operation] (benchmark::State& state) { runOperation<ReflectedContestant> (state, operation); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        benchmark::RegisterBenchmark ((name + "/StdVector").toRawUTF8(), [operation] (benchmark::State& state) { runOperation<PlainContestant> (state, operation); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-    }
+    tov::benchmarks::registerPairedBenchmarks (operationNames, 4,
+        "OwnedVector", [] (benchmark::State& state, int operation) { runOperation<ReflectedContestant> (state, (Operation) operation); },
+        "StdVector", [] (benchmark::State& state, int operation) { runOperation<PlainContestant> (state, (Operation) operation); });
 }
 
 /** The reflected vector's time per element divided by the plain one's, from the medians of the run. */
 void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
 {
     std::printf ("\nOwnedVector's CPU time per element divided by std::vector<std::unique_ptr>'s (%zu elements; below 1: OwnedVector is faster)\n", numElements);
-    std::printf ("%-13s %16s %16s %8s\n", "Operation", "OwnedVector ns", "std::vector ns", "Ratio");
-    for (int i = 0; i < 4; ++i)
-    {
-        const std::string name (operationNames[i]);
-        const double count = (double) getCount ((Operation) i);
-        const double owned = reporter.getMedianSeconds (name + "/OwnedVector") / count * 1e9;
-        const double plain = reporter.getMedianSeconds (name + "/StdVector") / count * 1e9;
-        if (owned > 0 && plain > 0)
-            std::printf ("%-13s %16.1f %16.1f %8.2f\n", name.c_str(), owned, plain, owned / plain);
-    }
-    std::fflush (stdout);
+    tov::benchmarks::printPairedRatioTable (reporter, operationNames, 4, "OwnedVector", "OwnedVector ns", "StdVector", "std::vector ns",
+                                            [] (int operation) { return getCount ((Operation) operation); });
 }
 
 } // namespace

@@ -15,6 +15,13 @@
 #include "Message/Peer.h"
 #include "Message/RemoteTargetIdentifier.h"
 #include "Message/ThreadAwareEnvelopQueueMessageTarget.h"
+#include "Message/Transaction/CompositeTransaction.h"
+#include "Message/Transaction/CreateObjectMirroredTransaction.h"
+#include "Message/Transaction/DefaultTemporalTransaction.h"
+#include "Message/Transaction/DestroyObjectMirroredTransaction.h"
+#include "Message/Transaction/DummyTransaction.h"
+#include "Message/Transaction/History.h"
+#include "Message/Transaction/UpdateObjectMirroredTransaction.h"
 #include "Network/LocalNetworkAddress.h"
 #include "Network/NetworkAddress.h"
 #include "Network/NetworkStats.h"
@@ -22,6 +29,7 @@
 #include "Pointer/ObjectOwnedPointer.h"
 #include "Pointer/ObjectWeakPointer.h"
 #include "Pointer/PointerClassGenerators.h"
+#include "Standard/Accessor.h"
 #include "Standard/ActivationState.h"
 #include "Standard/AttributedString.h"
 #include "Standard/ColorShift.h"
@@ -165,6 +173,16 @@ Library* createTovNetworkLibrary()
     return library;
 }
 
+static Library* createTovTransactionLibrary()
+{
+    auto* library = createSubLibrary ("Transaction", sourceRoot + "/Message/Transaction");
+    library->addClass<MirroredTransaction>();
+    library->addClass<CreateObjectMirroredTransaction>();
+    library->addClass<UpdateObjectMirroredTransaction>();
+    library->addClass<DestroyObjectMirroredTransaction>();
+    return library;
+}
+
 Library* createTovMessageLibrary()
 {
     auto* library = createSubLibrary ("Message", sourceRoot + "/Message");
@@ -175,7 +193,13 @@ Library* createTovMessageLibrary()
     library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
     library->addClass<RemoteTargetIdentifier>();
     library->addClass<Peer>();
-    library->addLibrary (createSubLibrary ("Transaction", sourceRoot + "/Message/Transaction"));
+    library->addClass<Transaction>();
+    library->addClass<DummyTransaction>();
+    library->addClass<CompositeTransaction>();
+    library->addClass<History>();
+    library->addClass<TemporalTransaction>();
+    library->addClass<DefaultTemporalTransaction>();
+    library->addLibrary (createTovTransactionLibrary());
     auto* mirroring = createSubLibrary ("Mirroring", sourceRoot + "/Message/Mirroring");
     mirroring->addClass<MirroringMessage>();
     mirroring->addClass<DiffObjectSpaceMessage>();
@@ -188,6 +212,7 @@ Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
+    library->addClass<Accessor>();
     library->addClass<EventCounter>();
     library->addClass<Rational>();
     library->addClass<Seed>();

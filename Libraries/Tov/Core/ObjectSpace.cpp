@@ -1,5 +1,6 @@
 #include "ObjectSpace.h"
 #include "../Message/Message.h"
+#include "../Message/Transaction/TransactionMakerObjectSpaceView.h"
 #include "../Standard/ExecutionContext.h"
 #include "../Standard/Service.h"
 
@@ -152,18 +153,68 @@ void ObjectSpace::deleteViews()
 }
 
 //==============================================================================
-// Until transactions exist there is no maker to make: the space stays without one, and every
-// switch answers as for a space whose transactions are disabled.
-void ObjectSpace::enableTransactions (MessageTarget&, MessageTarget&)                             {}
-void ObjectSpace::disableTransactions()                                                           {}
-TransactionBuilderImplementation* ObjectSpace::startTransaction (const juce::String&, const Object&) { return nullptr; }
-TransactionBuilderImplementation* ObjectSpace::startVolatileTransaction()                        { return nullptr; }
-void ObjectSpace::finishTransaction (TransactionBuilderImplementation*)                           {}
-void ObjectSpace::startBypassTransaction()                                                        {}
-void ObjectSpace::finishBypassTransaction()                                                       {}
-bool ObjectSpace::isInsideNonVolatileTransaction() const                                          { return false; }
-bool ObjectSpace::isInsideVolatileTransaction() const                                             { return false; }
-void ObjectSpace::storeValueForTransaction (const Object&, bool, bool)                            {}
+// Every switch answers as for a space whose transactions are disabled while there is no maker.
+void ObjectSpace::enableTransactions (MessageTarget& receiver, MessageTarget& sender)
+{
+    if (transactionMaker != nullptr)
+        return;
+    transactionMaker = new TransactionMakerObjectSpaceView (*this, receiver, sender);
+    addView (transactionMaker);
+}
+
+void ObjectSpace::disableTransactions()
+{
+    if (transactionMaker == nullptr)
+        return;
+    removeView (transactionMaker);
+    delete transactionMaker;
+    transactionMaker = nullptr;
+}
+
+TransactionBuilderImplementation* ObjectSpace::startTransaction (const juce::String& description, const Object& context)
+{
+    return transactionMaker != nullptr ? transactionMaker->startTransaction (description, context) : nullptr;
+}
+
+TransactionBuilderImplementation* ObjectSpace::startVolatileTransaction()
+{
+    return transactionMaker != nullptr ? transactionMaker->startVolatileTransaction() : nullptr;
+}
+
+// The maker finishes the top of its stack, which is this builder when scopes nest properly.
+void ObjectSpace::finishTransaction (TransactionBuilderImplementation*)
+{
+    if (transactionMaker != nullptr)
+        transactionMaker->leave();
+}
+
+void ObjectSpace::startBypassTransaction()
+{
+    if (transactionMaker != nullptr)
+        transactionMaker->startBypassTransaction();
+}
+
+void ObjectSpace::finishBypassTransaction()
+{
+    if (transactionMaker != nullptr)
+        transactionMaker->leave();
+}
+
+bool ObjectSpace::isInsideNonVolatileTransaction() const
+{
+    return transactionMaker != nullptr && transactionMaker->isInsideNonVolatileTransaction();
+}
+
+bool ObjectSpace::isInsideVolatileTransaction() const
+{
+    return transactionMaker != nullptr && transactionMaker->isInsideVolatileTransaction();
+}
+
+void ObjectSpace::storeValueForTransaction (const Object& object, bool deep, bool climb)
+{
+    if (transactionMaker != nullptr)
+        transactionMaker->storeValueForTransaction (object, deep, climb);
+}
 
 //==============================================================================
 // Until mirroring exists there is no mirrorer to make: targets are not kept, and every switch

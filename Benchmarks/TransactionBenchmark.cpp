@@ -1,0 +1,302 @@
+#include <Tov/Atomic/Real.h>
+#include <Tov/Container/OwnedVector.h>
+#include <Tov/Core/Library.h>
+#include <Tov/Core/ObjectSpace.h>
+#include <Tov/Message/Envelop.h>
+#include <Tov/Message/MessageTarget.h>
+#include <Tov/Message/Peer.h>
+#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/Transaction/History.h>
+#include <Tov/Message/Transaction/ScopedTransaction.h>
+#include <Tov/Standard/Program.h>
+#include "BenchmarkService.h"
+#include "MedianReporter.h"
+#include "PairedBenchmarks.h"
+#include "RandomInterleaving.h"
+#include <benchmark/benchmark.h>
+#include <juce_data_structures/juce_data_structures.h>
+#include <cstdio>
+#include <limits>
+#include <malloc.h>
+
+// Undoable edits of a document of 10,000 objects against juce::UndoManager on a
+// juce::ValueTree of the same shape, in the same run. One edit changes 1,000 numbers, one in
+// ten elements: tov records it as one composite transaction (a scope on the document in which
+// each number is stored, then set), performs it into an envelop posted to a receiver that drops
+// it, and keeps it in a History; the ValueTree sets the same properties under one UndoManager
+// transaction, the manager keeping every transaction. Build: the whole edit. Undo and Redo: one
+// step of the history, the other direction being taken outside the measure. CPU times, five
+// repetitions interleaved at random, medians. Then the memory that 1,000 edits of 100 numbers
+// keep, per changed number: the bytes in use by the allocator after the edits less before.
+
+namespace
+{
+
+constexpr size_t numElements = 10000;
+constexpr size_t numChangesPerEdit = 1000;
+constexpr size_t numEditsForMemory = 1000;
+constexpr size_t numChangesPerEditForMemory = 100;
+constexpr size_t numEditsKeptWhileTiming = 64;
+
+/** An element of the document: one number. */
+class Element : public tov::Object
+{
+public:
+    TOV_DECLARE_CLASS (Element, Object)
+
+    tov::Real value;
+};
+
+/** The document: a list of elements. */
+class Scene : public tov::Object
+{
+public:
+    TOV_DECLARE_CLASS (Scene, Object)
+
+    tov::OwnedVector<Element> elements;
+};
+
+/** The editing peer, with its one space, where the history's transactions find their peer. */
+class EditorPeer : public tov::Peer
+{
+public:
+    TOV_DECLARE_CLASS (EditorPeer, Peer)
+
+    EditorPeer() : Peer (new tov::Integer (1))       { document.setParent (this); }
+
+    tov::ObjectSpace document { "Document" };
+};
+
+/** Where the edits go: dropped at once, as a connection would take them off the thread. */
+class DroppingTarget : public tov::MessageTarget
+{
+public:
+    TOV_DECLARE_CLASS (DroppingTarget, MessageTarget)
+
+    bool handleEnvelop (tov::Envelop* envelop) override
+    {
+        envelop->deleteThis();
+        return true;
+    }
+};
+
+TOV_BEGIN_CLASS (Element)
+    TOV_VARIABLE (value)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (Scene)
+    TOV_VARIABLE (elements)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (EditorPeer)
+    TOV_VARIABLE (document)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (DroppingTarget)
+TOV_END_CLASS()
+
+class BenchmarkProgram : public tov::Program
+{
+public:
+    BenchmarkProgram() : Program ("TransactionBenchmark", "main", 1, 0, 0, {}) {}
+};
+
+/** The service of main's thread, which gives every edit the one history. */
+class EditingService : public tov::benchmarks::BenchmarkService
+{
+public:
+    tov::History* getHistory (const tov::Object&, const tov::ObjectSpace*) const override  { return history; }
+    void getPeers (std::vector<tov::Peer*>& result) override                               { result.push_back (peer); }
+
+    tov::History* history = nullptr;
+    tov::Peer* peer = nullptr;
+};
+
+EditingService* theService = nullptr;
+
+/** The element changed by the change'th number of the edit'th edit. */
+size_t getElementIndex (size_t edit, size_t change, size_t changesPerEdit)
+{
+    return (edit * changesPerEdit + change * (numElements / changesPerEdit)) % numElements;
+}
+
+//==============================================================================
+struct TovContestant
+{
+    EditorPeer peer;
+    DroppingTarget receiver;
+    tov::History history;
+    Scene* scene = static_cast<Scene*> (Scene::staticClass.createObject());
+    size_t numEdits = 0;
+
+    TovContestant()
+    {
+        for (size_t i = 0; i < numElements; ++i)
+            scene->elements.append (static_cast<Element*> (Element::staticClass.createObject()), false);
+        peer.document.setRootObject (scene, true);
+        peer.document.enableTransactions (receiver, *peer.getIncomingMessageTarget());
+        history.setParent (&peer);
+        theService->history = &history;
+        theService->peer = &peer;
+        history.clear ("Start");
+    }
+
+    ~TovContestant()
+    {
+        history.clear ("End");
+        peer.document.disableTransactions();
+        theService->history = nullptr;
+        theService->peer = nullptr;
+    }
+
+    void edit (size_t changesPerEdit)
+    {
+        tov::ScopedTransaction transaction ("Edit", *scene);
+        const double value = (double) ++numEdits;
+        for (size_t i = 0; i < changesPerEdit; ++i)
+        {
+            auto& number = scene->elements.get (getElementIndex (numEdits, i, changesPerEdit))->value;
+            transaction.store (number, false);
+            number.set (value);
+        }
+    }
+
+    void undo()                                      { history.undo(); }
+    void redo()                                      { history.redo(); }
+    void clearHistory()                              { history.clear ("Start"); }
+};
+
+struct UndoManagerContestant
+{
+    const juce::Identifier valueName { "value" };
+    juce::UndoManager undoManager { std::numeric_limits<int>::max(), 1 };
+    juce::ValueTree scene { "Scene" };
+    juce::ValueTree elements { "Elements" };
+    size_t numEdits = 0;
+
+    UndoManagerContestant()
+    {
+        scene.appendChild (elements, nullptr);
+        for (size_t i = 0; i < numElements; ++i)
+            elements.appendChild (juce::ValueTree ("Element", { { valueName, 0.0 } }), nullptr);
+    }
+
+    void edit (size_t changesPerEdit)
+    {
+        undoManager.beginNewTransaction ("Edit");
+        const double value = (double) ++numEdits;
+        for (size_t i = 0; i < changesPerEdit; ++i)
+            elements.getChild ((int) getElementIndex (numEdits, i, changesPerEdit)).setProperty (valueName, value, &undoManager);
+    }
+
+    void undo()                                      { undoManager.undo(); }
+    void redo()                                      { undoManager.redo(); }
+    void clearHistory()                              { undoManager.clearUndoHistory(); }
+};
+
+//==============================================================================
+enum class Operation { build, undo, redo };
+const char* const operationNames[] = { "Build", "Undo", "Redo" };
+
+template <class Contestant>
+void runOperation (benchmark::State& state, Operation operation)
+{
+    Contestant contestant;
+    contestant.edit (numChangesPerEdit);
+    size_t numKept = 1;
+    for (auto _ : state)
+    {
+        switch (operation)
+        {
+            case Operation::build:
+                contestant.edit (numChangesPerEdit);
+                if (++numKept == numEditsKeptWhileTiming)
+                {
+                    state.PauseTiming();
+                    contestant.clearHistory();
+                    numKept = 0;
+                    state.ResumeTiming();
+                }
+                break;
+            case Operation::undo:
+                contestant.undo();
+                state.PauseTiming();
+                contestant.redo();
+                state.ResumeTiming();
+                break;
+            case Operation::redo:
+                state.PauseTiming();
+                contestant.undo();
+                state.ResumeTiming();
+                contestant.redo();
+                break;
+        }
+    }
+}
+
+void registerBenchmarks()
+{
+    tov::benchmarks::registerPairedBenchmarks (operationNames, 3,
+        "History", [] (benchmark::State& state, int operation) { runOperation<TovContestant> (state, (Operation) operation); },
+        "UndoManager", [] (benchmark::State& state, int operation) { runOperation<UndoManagerContestant> (state, (Operation) operation); });
+}
+
+//==============================================================================
+size_t getBytesInUse()
+{
+    return mallinfo2().uordblks;
+}
+
+/** The bytes that the kept edits hold, per changed number. */
+template <class Contestant>
+double measureMemoryPerChange()
+{
+    Contestant contestant;
+    const size_t before = getBytesInUse();
+    for (size_t i = 0; i < numEditsForMemory; ++i)
+        contestant.edit (numChangesPerEditForMemory);
+    const size_t after = getBytesInUse();
+    return (double) (after - before) / (double) (numEditsForMemory * numChangesPerEditForMemory);
+}
+
+void printTables (const tov::benchmarks::MedianReporter& reporter)
+{
+    std::printf ("\nCPU time per changed number, edits of %zu numbers in a document of %zu objects (ratio below 1: History is faster)\n",
+                 numChangesPerEdit, numElements);
+    tov::benchmarks::printPairedRatioTable (reporter, operationNames, 3, "History", "History ns", "UndoManager", "UndoManager ns",
+                                            [] (int) { return numChangesPerEdit; });
+
+    const double history = measureMemoryPerChange<TovContestant>();
+    const double undoManager = measureMemoryPerChange<UndoManagerContestant>();
+    std::printf ("\nMemory kept per changed number, %zu edits of %zu numbers\n", numEditsForMemory, numChangesPerEditForMemory);
+    std::printf ("%-13s %16s %16s %8s\n", "", "History B", "UndoManager B", "Ratio");
+    std::printf ("%-13s %16.1f %16.1f %8.2f\n", "Memory", history, undoManager, history / undoManager);
+    std::fflush (stdout);
+}
+
+} // namespace
+
+int main (int argc, char** argv)
+{
+    if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
+        return 1;
+
+    auto* library = new tov::NamedLibrary ("Benchmark", {});
+    library->addClass<Element>();
+    library->addClass<Scene>();
+    library->addClass<EditorPeer>();
+    library->addClass<DroppingTarget>();
+    tov::initializeTov()->addLibrary (library);
+    {
+        BenchmarkProgram program;
+        EditingService service;
+        theService = &service;
+        registerBenchmarks();
+        tov::benchmarks::MedianReporter reporter;
+        benchmark::RunSpecifiedBenchmarks (&reporter);
+        printTables (reporter);
+        benchmark::Shutdown();
+    }
+    tov::deinitializeTov();
+    return 0;
+}

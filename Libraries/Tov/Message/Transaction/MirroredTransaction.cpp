@@ -1,0 +1,144 @@
+#include "MirroredTransaction.h"
+#include "CreateObjectMirroredTransaction.h"
+#include "DestroyObjectMirroredTransaction.h"
+#include "UpdateObjectMirroredTransaction.h"
+#include "../Envelop.h"
+#include "../MessageTarget.h"
+#include "../Mirroring/MirroringMessage.h"
+#include "../Peer.h"
+#include "../ThreadAwareEnvelopQueueMessageTarget.h"
+#include "../../Atomic/Number.h"
+#include "../../Atomic/String.h"
+#include "../../Container/ObjectOwnedVector.h"
+#include "../../Core/ClassExpression.h"
+#include "../../Core/ObjectSpace.h"
+#include "../../Core/StateObjectExporter.h"
+#include "../../Pointer/ObjectOwnedPointer.h"
+#include "../../Standard/ExecutionContext.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (MirroredTransaction)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (CreateObjectMirroredTransaction)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (UpdateObjectMirroredTransaction)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (DestroyObjectMirroredTransaction)
+TOV_END_CLASS()
+
+// Export flags of the snapshots: shallow writes owned objects as their identifiers.
+static constexpr uint32_t shallowFlags = exportOwnedPointersAsIdentifiers;
+
+MirroredTransaction::MirroredTransaction (Object& object)
+    : MirroredTransaction()
+{
+    pointer.setAddressOf (&object, false);
+}
+
+void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const
+{
+    auto* self = const_cast<MirroredTransaction*> (this);
+    message->setParent (self);
+    if (auto* peer = Peer::get (*self))
+        if (auto* sender = envelop.getSenderIdentifier())
+            message->process (ExecutionContext::get(), *sender, *peer->getIncomingMessageTarget());
+    envelop.addMessage (message);
+}
+
+juce::String MirroredTransaction::describeState (const juce::String& verb, const State& state)
+{
+    const auto* expression = state.getClassExpression();
+    return verb + " " + (expression != nullptr ? expression->toString() : juce::String ("<noclass>")) + " " + state.toShortString();
+}
+
+//==============================================================================
+void CreateObjectMirroredTransaction::perform (Envelop& envelop)
+{
+    if (state == nullptr)
+        if (auto* object = pointer.get())
+            state = StateObjectExporter::make (*object, shallowFlags, true);
+    if (state != nullptr)
+        envelop.addMessage (new MirroringMessage (pointer, state));
+}
+
+void CreateObjectMirroredTransaction::redo (Envelop& envelop)
+{
+    if (state != nullptr)
+        applyAndAddMessage (new MirroringMessage (pointer, state), envelop);
+}
+
+juce::String CreateObjectMirroredTransaction::toString() const
+{
+    if (getDescription().isNotEmpty())
+        return getDescription();
+    if (state == nullptr)
+        return "Create Object";
+    return describeState ("Create", *state) + " " + state->getUniqueIdentifier().to64BitsHexadecimalString();
+}
+
+//==============================================================================
+void UpdateObjectMirroredTransaction::perform (Envelop& envelop)
+{
+    envelop.addMessage (makeMessage (state));
+}
+
+void UpdateObjectMirroredTransaction::undo (Envelop& envelop)
+{
+    if (undoState != nullptr)
+        applyAndAddMessage (makeMessage (undoState), envelop);
+}
+
+void UpdateObjectMirroredTransaction::redo (Envelop& envelop)
+{
+    applyAndAddMessage (makeMessage (state), envelop);
+}
+
+MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::shared_ptr<State>& stateToLoad) const
+{
+    auto* message = new MirroringMessage (pointer, stateToLoad);
+    message->setParent (const_cast<UpdateObjectMirroredTransaction*> (this));
+
+    ObjectSpace* space = nullptr;
+    auto* object = pointer.getAddress().getObject (message, &space);
+    if (object != nullptr && object->hasSpace() && isExcludedFromMirroringWhenSent (*object))
+        object->getSpace()->addToMirroringExclusionList (*object, 2);
+    return message;
+}
+
+bool UpdateObjectMirroredTransaction::isExcludedFromMirroringWhenSent (const Object& object)
+{
+    auto* objectClass = object.getClass();
+    const bool isValueOrHolder = Class::inheritsFrom (objectClass, &Number::staticClass)
+                              || Class::inheritsFrom (objectClass, &String::staticClass)
+                              || Class::inheritsFrom (objectClass, &ObjectOwnedVector::staticClass)
+                              || Class::inheritsFrom (objectClass, &ObjectOwnedPointer::staticClass);
+    return isValueOrHolder && objectClass->getBooleanAttribute (object.getSignature(), "mirroringExclusion", true);
+}
+
+juce::String UpdateObjectMirroredTransaction::toString() const
+{
+    if (getDescription().isNotEmpty() || state == nullptr)
+        return getDescription();
+    return describeState ("Update", *state);
+}
+
+//==============================================================================
+void DestroyObjectMirroredTransaction::undo (Envelop& envelop)
+{
+    if (state != nullptr)
+        applyAndAddMessage (new MirroringMessage (pointer, state), envelop);
+}
+
+juce::String DestroyObjectMirroredTransaction::toString() const
+{
+    if (getDescription().isNotEmpty() || state == nullptr)
+        return getDescription();
+    return describeState ("Delete", *state);
+}
+
+} // namespace tov

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Transaction.h"
+#include "../../Pointer/ObjectWeakPointer.h"
+#include <memory>
+
+namespace tov
+{
+
+class MirroringMessage;
+
+/** A transaction on one object, which it finds by address: the address survives the object's
+    deletion and re-creation, so undo and redo find the object again after either.
+
+    The states it keeps are State snapshots; nothing of it is declared to reflection or saved.
+*/
+class MirroredTransaction : public Transaction
+{
+public:
+    TOV_DECLARE_CLASS (MirroredTransaction, Transaction)
+
+    const ObjectWeakPointer& getPointer() const noexcept  { return pointer; }
+    ObjectWeakPointer& getPointer() noexcept         { return pointer; }
+
+protected:
+    MirroredTransaction()                            { pointer.setParent (this); }
+    /** Points at the object through its address. */
+    explicit MirroredTransaction (Object& object);
+
+    /** Sets this transaction as the message's parent, loads the message here at once, and adds
+        it to the envelop, so that the receiver gets the same load afterwards. */
+    void applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const;
+
+    /** "<verb> " + class expression of the state (or "<noclass>") + " " + its short text. */
+    static juce::String describeState (const juce::String& verb, const State& state);
+
+    ObjectWeakPointer pointer;
+};
+
+} // namespace tov
