@@ -126,3 +126,17 @@ TEST_F (EnvelopWireTest, IncomingMessagesAreLoggedExceptTheFrequentKinds)
     EXPECT_EQ (juce::String (capture.get()), "== NETWORK == Process incoming message Recording m0\n"
                                   "== NETWORK == Process incoming message " + received->getMessage (1)->toString() + "\n");
 }
+
+TEST_F (EnvelopWireTest, ANativePointerFromOutsideIsRefusedBeforeAnythingLoads)
+{
+    auto receiverState = std::make_shared<State>();
+    receiverState->addVariable ("target", std::make_shared<State> ((const Object*) 0x1234));
+    State root;
+    root.addVariable ("envelop", Owned<Envelop> (makeEnvelop (9, 1))->makeState (false, true));
+    root.addVariable ("receiver", receiverState);
+    tov::testing::RecordingExecutionContext context;
+    ObjectOwnedPointer receiver;
+    EXPECT_EQ (Envelop::createFromMemoryBlock (context, blockOf (root), receiver), nullptr);
+    EXPECT_EQ (context.errors, (std::vector<juce::String> { "Native pointer in an envelop from outside the process" }));
+    EXPECT_EQ (receiver.get(), nullptr);
+}

@@ -47,6 +47,23 @@ bool Envelop::saveToMemoryBlock (const ObjectOwnedPointer& receiver, juce::Memor
     return root.toBinary (output);
 }
 
+// A native pointer means something only inside the process that wrote it: from outside it is
+// an address chosen by the sender, never to be followed.
+static bool containsNativePointer (const State& state)
+{
+    switch (state.getType())
+    {
+        case StateType::nativePointerType:  return true;
+        case StateType::ownedPointerType:   return state.getOwnedPointer() != nullptr && containsNativePointer (*state.getOwnedPointer());
+        case StateType::variablesType:
+            for (size_t i = 0; i < state.getNumVariables(); ++i)
+                if (state.getVariableState (i) != nullptr && containsNativePointer (*state.getVariableState (i)))
+                    return true;
+            return false;
+        default:                            return false;
+    }
+}
+
 bool Envelop::loadFromMemoryBlock (ExecutionContext& context, const juce::MemoryBlock& block, ObjectOwnedPointer& receiver)
 {
     juce::MemoryInputStream input (block, false);
@@ -55,6 +72,11 @@ bool Envelop::loadFromMemoryBlock (ExecutionContext& context, const juce::Memory
     if (! root.loadFromBinary (input, error))
     {
         context.error (error);
+        return false;
+    }
+    if (containsNativePointer (root))
+    {
+        context.error ("Native pointer in an envelop from outside the process");
         return false;
     }
 
