@@ -42,7 +42,14 @@ struct FiringService
             });
             triggers.push_back (std::move (watched));
         }
-        service.onUpdated = [this] { firePass(); return true; };
+        // Each service ends its own loop once the run's time is up.
+        service.onUpdated = [this]
+        {
+            if (std::chrono::steady_clock::now() >= endOfRun)
+                return false;
+            firePass();
+            return true;
+        };
     }
 
     void firePass()
@@ -63,6 +70,7 @@ struct FiringService
     std::vector<std::unique_ptr<WatchedTrigger>> triggers;
     std::vector<juce::String> events;
     std::mt19937 random;
+    std::chrono::steady_clock::time_point endOfRun;
 };
 
 } // namespace
@@ -75,12 +83,18 @@ TEST (ServiceStressTest, EightServicesFlushTheirOwnTriggersOncePerPassForTenSeco
     for (int i = 1; i <= 8; ++i)
         services.push_back (std::make_unique<FiringService> (i, totalChanges));
 
+    const auto endOfRun = std::chrono::steady_clock::now() + std::chrono::seconds (10);
     for (auto& firing : services)
+    {
+        firing->endOfRun = endOfRun;
         ASSERT_TRUE (firing->service.startService (false));
-    // The run's length, not a condition: the services work on their own meanwhile.
-    std::this_thread::sleep_for (std::chrono::seconds (10));
+    }
     for (auto& firing : services)
-        firing->service.stopService (20000);
+    {
+        auto& service = firing->service;
+        EXPECT_TRUE (service.waitFor ([&service] { return service.numStopped == 1; }, 60000)) << service.getFriendlyName();
+        service.stopService (20000);
+    }
 
     int64_t expectedTotal = 0;
     for (auto& firing : services)
