@@ -31,6 +31,13 @@ public:
         return found != medians.end() ? found->second.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier (found->second.time_unit) : 0.0;
     }
 
+    /** The median wall-clock time of a benchmark in seconds; 0 when it did not run. */
+    double getMedianRealSeconds (const std::string& name) const
+    {
+        const auto found = medians.find (name);
+        return found != medians.end() ? found->second.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier (found->second.time_unit) : 0.0;
+    }
+
     /** The median of a counter of a benchmark; defaultValue when there is none. */
     double getMedianCounter (const std::string& name, const std::string& counter, double defaultValue = -1.0) const
     {

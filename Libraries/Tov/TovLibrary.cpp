@@ -12,6 +12,7 @@
 #include "Message/Event.h"
 #include "Message/Mirroring/DiffObjectSpaceMessage.h"
 #include "Message/Mirroring/MirroringMessage.h"
+#include "Message/InterprocessConnectionMessageTarget.h"
 #include "Message/Peer.h"
 #include "Message/RemoteTargetIdentifier.h"
 #include "Message/ThreadAwareEnvelopQueueMessageTarget.h"
@@ -22,6 +23,7 @@
 #include "Message/Transaction/DummyTransaction.h"
 #include "Message/Transaction/History.h"
 #include "Message/Transaction/UpdateObjectMirroredTransaction.h"
+#include "Network/InterprocessConnectionServer.h"
 #include "Network/LocalNetworkAddress.h"
 #include "Network/NetworkAddress.h"
 #include "Network/NetworkStats.h"
@@ -170,6 +172,9 @@ Library* createTovNetworkLibrary()
     library->addClass<LocalIp>();
     library->addClass<LocalNetworkPort>();
     library->addClass<LocalNetworkAddress>();
+    library->addClass<InterprocessConnectionIdentifier>();
+    library->addClass<InterprocessConnection>();
+    library->addClass<InterprocessConnectionServer>();
     return library;
 }
 
@@ -191,6 +196,7 @@ Library* createTovMessageLibrary()
     library->addClass<Event>();
     library->addClass<MessageTarget>();
     library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
+    library->addClass<InterprocessConnectionMessageTarget>();
     library->addClass<RemoteTargetIdentifier>();
     library->addClass<Peer>();
     library->addClass<Transaction>();

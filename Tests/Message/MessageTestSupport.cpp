@@ -1,5 +1,6 @@
 #include "MessageTestSupport.h"
 #include <Tov/Core/Library.h>
+#include <Tov/Standard/Program.h>
 
 namespace tov::test
 {
@@ -11,6 +12,9 @@ TOV_END_CLASS()
 
 TOV_BEGIN_CLASS (RecordingMessage)
     TOV_VARIABLE (text)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (AnsweringMessage)
 TOV_END_CLASS()
 
 TOV_BEGIN_CLASS (RecordingDiffMessage)
@@ -34,6 +38,13 @@ void SequenceMessage::process (ExecutionContext&, const Object&, MessageTarget& 
 void RecordingMessage::process (ExecutionContext&, const Object& senderIdentifier, MessageTarget& incomingTarget) const
 {
     TestPeer::of (incomingTarget).lines.push_back (text.get() + " from " + senderIdentifier.toString());
+}
+
+void AnsweringMessage::process (ExecutionContext& context, const Object& senderIdentifier, MessageTarget& incomingTarget) const
+{
+    RecordingMessage::process (context, senderIdentifier, incomingTarget);
+    auto* answer = incomingTarget.createEnvelopAsSender (new RecordingMessage ("answer to " + text.get()), nullptr);
+    Program::get().postEnvelopToMessageTarget (senderIdentifier, answer, nullptr);
 }
 
 void RecordingDiffMessage::merge (const DiffObjectSpaceMessage& other)
@@ -83,6 +94,7 @@ void ensureMessageTestLibrary()
     auto* library = new NamedLibrary ("MessageTests", {});
     library->addClass<TestPeer>();
     library->addClass<RecordingMessage>();
+    library->addClass<AnsweringMessage>();
     library->addClass<RecordingDiffMessage>();
     library->addClass<SequenceMessage>();
     root->addLibrary (library);

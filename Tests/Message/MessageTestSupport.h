@@ -54,6 +54,17 @@ public:
     String text;
 };
 
+/** Writes itself down as a RecordingMessage does, then answers its sender with a
+    RecordingMessage "answer to <text>". */
+class AnsweringMessage : public RecordingMessage
+{
+public:
+    TOV_DECLARE_CLASS (AnsweringMessage, RecordingMessage)
+    using RecordingMessage::RecordingMessage;
+
+    void process (ExecutionContext& context, const Object& senderIdentifier, MessageTarget& incomingTarget) const override;
+};
+
 /** A diff of a space for the routing tests: its merges and its application are written down
     as "merge <space> <text>" and "diff <space> <texts> from <sender>". */
 class RecordingDiffMessage : public DiffObjectSpaceMessage

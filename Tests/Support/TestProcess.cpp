@@ -92,17 +92,24 @@ bool TestProcess::readSome (juce::uint32 deadline)
 
 bool TestProcess::waitForLine (const juce::String& line, int timeOutMilliseconds)
 {
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
     const auto wanted = line.toStdString();
-    for (;;)
+    return waitForOutput ([&] (const std::string& text)
     {
         size_t start = 0;
-        for (size_t end; (end = output.find ('\n', start)) != std::string::npos; start = end + 1)
-            if (output.compare (start, end - start, wanted) == 0)
+        for (size_t end; (end = text.find ('\n', start)) != std::string::npos; start = end + 1)
+            if (text.compare (start, end - start, wanted) == 0)
                 return true;
+        return false;
+    }, timeOutMilliseconds);
+}
+
+bool TestProcess::waitForOutput (const std::function<bool (const std::string&)>& condition, int timeOutMilliseconds)
+{
+    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
+    while (! condition (output))
         if (! readSome (deadline))
             return false;
-    }
+    return true;
 }
 
 void TestProcess::closeInput()

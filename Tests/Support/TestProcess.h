@@ -1,6 +1,7 @@
 #pragma once
 
 #include <juce_core/juce_core.h>
+#include <functional>
 #include <map>
 #include <string>
 #include <sys/types.h>
@@ -22,6 +23,8 @@ public:
 
     /** Reads output until a line equal to line has arrived; false on time-out or end of output. */
     bool waitForLine (const juce::String& line, int timeOutMilliseconds);
+    /** Reads output until the condition holds for all read so far; false on time-out or end of output. */
+    bool waitForOutput (const std::function<bool (const std::string&)>& condition, int timeOutMilliseconds);
     /** Ends the child's standard input. */
     void closeInput();
     /** Reads output until its end, then reaps the child; its exit code, or -1 on time-out or a signal. */

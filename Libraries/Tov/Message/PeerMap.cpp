@@ -1,5 +1,8 @@
 #include "PeerMap.h"
 #include "Envelop.h"
+#include "InterprocessConnectionMessageTarget.h"
+#include "../Network/InterprocessConnectionTable.h"
+#include "../Standard/ExecutionContext.h"
 #include "Peer.h"
 #include "RemoteTargetIdentifier.h"
 #include "ThreadAwareEnvelopQueueMessageTarget.h"
@@ -79,10 +82,40 @@ bool PeerMap::postEnvelopToMessageTarget (const Object& target, Envelop* envelop
     // identifier whose class lives in another library compares type names.
     const bool isRemote = Class::inheritsFrom (target.getClass(), &RemoteTargetIdentifier::staticClass);
     if (isRemote && static_cast<const RemoteTargetIdentifier&> (target).isValid())
-        // The far target's connection is looked up here once connections exist; until then
-        // no connection carries it.
-        return refuse (envelop, targetNotFound);
+        return postEnvelopThroughConnection (static_cast<const RemoteTargetIdentifier&> (target), envelop, targetNotFound);
     return postEnvelopToPeer (target, envelop, targetNotFound);
+}
+
+// The table's lock is held across the post, so that the connection cannot be deleted while
+// the envelop is written for it.
+bool PeerMap::postEnvelopThroughConnection (const RemoteTargetIdentifier& target, Envelop* envelop, bool* targetNotFound) const
+{
+    const juce::ScopedLock tableLock (InterprocessConnectionTable::getLock());
+    auto* connection = InterprocessConnection::getByIdentifier (target.getConnectionIdentifier());
+    if (connection == nullptr)
+        return refuse (envelop, targetNotFound);
+    return InterprocessConnectionMessageTarget::getOrCreateThrough (*connection, *target.getTargetIdentifier()).postEnvelop (envelop);
+}
+
+bool PeerMap::processReceivedNetworkMessage (const InterprocessConnection& connection, const juce::MemoryBlock& block) const
+{
+    if (connection.getMagicNumber() != InterprocessConnection::envelopMagicNumber)
+        return false;
+
+    ObjectOwnedPointer receiver;
+    auto* envelop = Envelop::createFromMemoryBlock (ExecutionContext::get(), block, receiver);
+    if (envelop == nullptr)
+        return false;
+
+    InterprocessConnectionIdentifier connectionIdentifier;
+    {
+        const juce::ScopedLock tableLock (InterprocessConnectionTable::getLock());
+        connection.getIdentifier().copyTo (connectionIdentifier);
+    }
+    envelop->setSenderIdentifier (new RemoteTargetIdentifier (connectionIdentifier, *envelop->getSenderIdentifier()));
+    if (receiver.get() == nullptr)
+        return refuse (envelop, nullptr);
+    return postEnvelopToMessageTarget (*receiver, envelop, nullptr);
 }
 
 bool PeerMap::postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const

@@ -8,7 +8,9 @@ namespace tov
 {
 
 class Envelop;
+class InterprocessConnection;
 class Peer;
+class RemoteTargetIdentifier;
 
 /** All peers of the process by identifier, and the routing of envelops to them.
 
@@ -37,6 +39,11 @@ public:
     /** Takes ownership of the envelop and queues it on the local peer of that identifier. */
     bool postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const;
 
+    /** On a connection's thread: rebuilds the envelop of a received block, qualifies its sender
+        with the connection, and posts it to its receiver. False for a connection that does not
+        carry envelops and for a block that does not load (with the reason on the thread's context). */
+    bool processReceivedNetworkMessage (const InterprocessConnection& connection, const juce::MemoryBlock& block) const;
+
     size_t getNumPeers() const;
 
 private:
@@ -54,6 +61,7 @@ private:
     Entries entries;
 
     Peer* getPeerWithoutLock (const Object& identifier) const;
+    bool postEnvelopThroughConnection (const RemoteTargetIdentifier& target, Envelop* envelop, bool* targetNotFound) const;
     static bool refuse (Envelop* envelop, bool* targetNotFound);
 };
 

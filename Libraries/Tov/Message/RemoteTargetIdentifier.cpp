@@ -4,6 +4,7 @@ namespace tov
 {
 
 TOV_BEGIN_CLASS (RemoteTargetIdentifier)
+    TOV_VARIABLE (connectionIdentifier)
     TOV_VARIABLE (targetIdentifier)
 TOV_END_CLASS()
 
@@ -12,14 +13,24 @@ RemoteTargetIdentifier::RemoteTargetIdentifier()
     targetIdentifier.setParent (this);
 }
 
+RemoteTargetIdentifier::RemoteTargetIdentifier (const InterprocessConnectionIdentifier& connection, const Object& target)
+    : RemoteTargetIdentifier()
+{
+    connection.copyTo (connectionIdentifier);
+    targetIdentifier.set (target.clone(), false);
+}
+
 bool RemoteTargetIdentifier::isValid() const
 {
-    return false;
+    return connectionIdentifier.isValid() && targetIdentifier.get() != nullptr;
 }
 
 bool RemoteTargetIdentifier::equalsSameClass (const Object& other) const
 {
-    auto* otherTarget = static_cast<const RemoteTargetIdentifier&> (other).getTargetIdentifier();
+    auto& otherIdentifier = static_cast<const RemoteTargetIdentifier&> (other);
+    if (! connectionIdentifier.equals (otherIdentifier.connectionIdentifier))
+        return false;
+    auto* otherTarget = otherIdentifier.getTargetIdentifier();
     auto* target = getTargetIdentifier();
     if (target == nullptr || otherTarget == nullptr)
         return target == otherTarget;
@@ -28,7 +39,8 @@ bool RemoteTargetIdentifier::equalsSameClass (const Object& other) const
 
 juce::String RemoteTargetIdentifier::toString() const
 {
-    return targetIdentifier.get() != nullptr ? targetIdentifier->toString() : juce::String();
+    const juce::String target = targetIdentifier.get() != nullptr ? targetIdentifier->toString() : juce::String();
+    return connectionIdentifier.isValid() ? target + "@" + connectionIdentifier.toString ("->", {}) : target;
 }
 
 } // namespace tov

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../Network/InterprocessConnectionIdentifier.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 
 namespace tov
@@ -9,8 +10,7 @@ namespace tov
     on which it came. Envelops that arrive over a connection carry one as their sender, so that
     answers find their way back, and no sender ever has to know its own address.
 
-    The identifier of the connection joins here with the connections themselves. Until then no
-    remote target identifier is valid, and every one stands for the identifier of a local peer.
+    One that is not valid (no connection, or no target) stands for the identifier of a local peer.
 */
 class RemoteTargetIdentifier : public Object
 {
@@ -18,9 +18,14 @@ public:
     TOV_DECLARE_CLASS (RemoteTargetIdentifier, Object)
 
     RemoteTargetIdentifier();
+    /** Copies the connection's identifier and clones the target's. */
+    RemoteTargetIdentifier (const InterprocessConnectionIdentifier& connection, const Object& target);
+
+    InterprocessConnectionIdentifier connectionIdentifier;
 
     /** Names a connection and a target. */
     bool isValid() const;
+    const InterprocessConnectionIdentifier& getConnectionIdentifier() const noexcept  { return connectionIdentifier; }
     const Object* getTargetIdentifier() const noexcept   { return targetIdentifier.get(); }
 
     /** Both parts equal; the targets compare by content, not by object. */

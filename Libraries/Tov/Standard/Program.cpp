@@ -209,6 +209,11 @@ bool Program::postEnvelopToMessageTarget (const Object& target, Envelop* envelop
     return peerMap.postEnvelopToMessageTarget (target, envelop, targetNotFound);
 }
 
+bool Program::processReceivedNetworkMessage (const InterprocessConnection& connection, const juce::MemoryBlock& block) const
+{
+    return peerMap.processReceivedNetworkMessage (connection, block);
+}
+
 void Program::unregisterService()
 {
     const juce::ScopedLock lock (servicesLock);

@@ -136,7 +136,8 @@ public:
     bool unregisterPeer (Peer& peer);
     /** Takes ownership of the envelop and routes it to the target; see PeerMap. */
     bool postEnvelopToMessageTarget (const Object& target, Envelop* envelop, bool* targetNotFound) const;
-    // processReceivedNetworkMessage forwards to the peer map here once connections exist.
+    /** On a connection's thread: the envelop of a received block to its receiver; see PeerMap. */
+    bool processReceivedNetworkMessage (const InterprocessConnection& connection, const juce::MemoryBlock& block) const;
     PeerMap& getPeerMap() noexcept                          { return peerMap; }
 
     //==============================================================================

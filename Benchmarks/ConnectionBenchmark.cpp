@@ -1,0 +1,415 @@
+#include <Tov/Atomic/Integer.h>
+#include <Tov/Core/Library.h>
+#include <Tov/Message/Envelop.h>
+#include <Tov/Message/Peer.h>
+#include <Tov/Message/RemoteTargetIdentifier.h>
+#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Network/FrameReader.h>
+#include <Tov/Network/InterprocessConnectionServer.h>
+#include <Tov/Network/TcpSocket.h>
+#include <Tov/Standard/Program.h>
+#include <Tov/Standard/Service.h>
+#include "MedianReporter.h"
+#include "RandomInterleaving.h"
+#include <benchmark/benchmark.h>
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
+#include <thread>
+#include <fcntl.h>
+#include <sys/socket.h>
+
+// Envelops through a connection over loopback TCP, each against a raw POSIX socket carrying
+// frames of the same bytes in the same run (the limit of any connection):
+// - one way: a service posts envelops of one small message to a peer of another service
+//   through a client connection and the server's accepted connection; timed until the far
+//   peer has run the last one. The raw socket sends the same frames, one send() each, to a
+//   thread that reads and cuts them.
+// - round trip: a ping posted to the far peer, which answers with a pong to its sender; timed
+//   until the pong has run. The raw socket sends a frame and its echo thread sends it back.
+// Wall-clock times per envelop or per round trip, medians of nine repetitions interleaved at random.
+
+namespace
+{
+
+constexpr int numRepetitions = 9;
+constexpr int envelopsPerRound = 1000;
+
+/** Counts what arrives, and wakes whoever waits for a count. */
+class Counter
+{
+public:
+    void add()
+    {
+        {
+            const std::lock_guard<std::mutex> lock (mutex);
+            ++count;
+        }
+        arrived.notify_all();
+    }
+
+    void waitFor (int64_t wanted)
+    {
+        std::unique_lock<std::mutex> lock (mutex);
+        arrived.wait (lock, [&] { return count >= wanted; });
+    }
+
+    int64_t get()
+    {
+        const std::lock_guard<std::mutex> lock (mutex);
+        return count;
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable arrived;
+    int64_t count = 0;
+};
+
+Counter received, answered;
+
+/** A small message: one integer. Counted on arrival; with answer set, a pong goes back to its sender. */
+class PingMessage : public tov::Message
+{
+public:
+    TOV_DECLARE_CLASS (PingMessage, Message)
+    tov::Integer value;
+    tov::Boolean answer;
+
+    void process (tov::ExecutionContext&, const Object& sender, tov::MessageTarget& incomingTarget) const override
+    {
+        received.add();
+        if (answer.get())
+            tov::Program::get().postEnvelopToMessageTarget (sender, incomingTarget.createEnvelopAsSender (new PongMessage(), nullptr), nullptr);
+    }
+
+    class PongMessage : public tov::Message
+    {
+    public:
+        TOV_DECLARE_CLASS (PongMessage, Message)
+        void process (tov::ExecutionContext&, const Object&, tov::MessageTarget&) const override  { answered.add(); }
+    };
+};
+
+using PongMessage = PingMessage::PongMessage;
+
+TOV_BEGIN_CLASS (PingMessage)
+    TOV_VARIABLE (value)
+    TOV_VARIABLE (answer)
+TOV_END_CLASS()
+
+TOV_BEGIN_CLASS (PongMessage)
+TOV_END_CLASS()
+
+tov::Integer* makeIdentifier (int64_t value)
+{
+    auto* identifier = static_cast<tov::Integer*> (tov::Integer::staticClass.createObject());
+    identifier->set (value, false);
+    return identifier;
+}
+
+/** A service on a thread of its own with one peer; its pass wakes when an envelop arrives. */
+class PeerService : public tov::Service
+{
+public:
+    PeerService (const juce::String& name, int64_t identifier) : Service (name), peer (makeIdentifier (identifier)) {}
+    ~PeerService() override                                 { stopService (5000); }
+
+    void getPeers (std::vector<tov::Peer*>& result) override     { result.push_back (&peer); }
+    tov::ExecutionContext& getExecutionContext() override   { return context; }
+
+    tov::Peer peer;
+
+protected:
+    bool serviceStarted() override
+    {
+        tov::Program::get().registerService (*this);
+        return Service::serviceStarted();
+    }
+
+    void serviceStopped() override
+    {
+        Service::serviceStopped();
+        tov::Program::get().unregisterService();
+    }
+
+private:
+    tov::ExecutionContext context;
+};
+
+class Server : public tov::InterprocessConnectionServer
+{
+protected:
+    void setServerStatus (const tov::SuccessStatus&) override   {}
+    juce::String getServerLocalIp() const override              { return tov::HostIdentifier::localhost; }
+    int getServerLocalPort() const override                     { return 0; }
+    tov::InterprocessConnection* createConnection() override    { return new tov::InterprocessConnection(); }
+    void processReceivedMessage (tov::InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
+    {
+        tov::Program::get().processReceivedNetworkMessage (connection, block);
+    }
+};
+
+class ToProgram : public tov::InterprocessConnectionListener
+{
+public:
+    void messagesReceived (tov::InterprocessConnection& connection, const juce::MemoryBlock& block) override
+    {
+        tov::Program::get().processReceivedNetworkMessage (connection, block);
+    }
+};
+
+/** Two services, one peer each ("1" near, "2" far), a server and a client connected to it. */
+struct Setup
+{
+    PeerService nearService { "Near", 1 }, farService { "Far", 2 };
+    Server server;
+    ToProgram toProgram;
+    tov::InterprocessConnection client;
+
+    Setup()
+    {
+        nearService.startService (false);
+        farService.startService (false);
+        tov::ExecutionContext context;
+        server.startServer (context);
+        client.setListener (&toProgram);
+        client.connect (tov::HostIdentifier ("127.0.0.1"), tov::NetworkAddress ("127.0.0.1", (unsigned int) server.getBoundPort()), 1000);
+        client.waitUntilIsConnected (20000);
+        while (server.getNumConnections() == 0)
+        {
+            server.updateServer();
+            juce::Thread::sleep (1);
+        }
+    }
+
+    ~Setup()
+    {
+        client.disconnect();
+        client.setListener (nullptr);
+    }
+
+    tov::RemoteTargetIdentifier farPeer()
+    {
+        tov::Integer far;
+        far.set (2, false);
+        return tov::RemoteTargetIdentifier (client.getIdentifier(), far);
+    }
+
+    tov::Envelop* ping (bool answer)
+    {
+        auto* message = new PingMessage();
+        message->value.set (7, false);
+        message->answer.set (answer, false);
+        return nearService.peer.getIncomingMessageTarget()->createEnvelopAsSender (message, nullptr);
+    }
+};
+
+Setup* setup = nullptr;
+
+void envelopsOneWay (benchmark::State& state)
+{
+    const auto target = setup->farPeer();
+    auto& program = tov::Program::get();
+    for (auto _ : state)
+    {
+        const int64_t start = received.get();
+        for (int i = 0; i < envelopsPerRound; ++i)
+            program.postEnvelopToMessageTarget (target, setup->ping (false), nullptr);
+        received.waitFor (start + envelopsPerRound);
+    }
+    state.SetItemsProcessed ((int64_t) state.iterations() * envelopsPerRound);
+}
+
+void envelopRoundTrip (benchmark::State& state)
+{
+    const auto target = setup->farPeer();
+    auto& program = tov::Program::get();
+    for (auto _ : state)
+    {
+        const int64_t start = answered.get();
+        program.postEnvelopToMessageTarget (target, setup->ping (true), nullptr);
+        answered.waitFor (start + 1);
+    }
+    state.SetItemsProcessed ((int64_t) state.iterations());
+}
+
+//==============================================================================
+/** The frame of one ping envelop, as the connection writes it. */
+std::string pingFrame()
+{
+    auto* envelop = setup->ping (false);
+    tov::ObjectOwnedPointer receiver;
+    receiver.set (makeIdentifier (2), false);
+    juce::MemoryBlock block;
+    envelop->saveToMemoryBlock (receiver, block);
+    envelop->deleteThis();
+    std::string frame (tov::FrameReader::headerSize, '\0');
+    tov::FrameReader::writeHeader (tov::InterprocessConnection::envelopMagicNumber, (juce::uint32) block.getSize(), frame.data());
+    return frame + std::string (static_cast<const char*> (block.getData()), block.getSize());
+}
+
+bool sendAll (int handle, const char* data, size_t size)
+{
+    while (size > 0)
+    {
+        const auto sent = ::send (handle, data, size, MSG_NOSIGNAL);
+        if (sent <= 0)
+            return false;
+        data += sent;
+        size -= (size_t) sent;
+    }
+    return true;
+}
+
+/** A pair of blocking loopback sockets and a thread at the far end that reads frames, counts
+    them, and with echo set writes each one back. */
+class RawPair
+{
+public:
+    explicit RawPair (bool echo) : frame (pingFrame())
+    {
+        auto listener = tov::TcpSocket::listen ("127.0.0.1", 0);
+        near = tov::TcpSocket::connect ("127.0.0.1", listener->getBoundPort(), 1000);
+        while ((far = listener->accept()) == nullptr)
+            std::this_thread::yield();
+        makeBlocking (near->getHandle());
+        makeBlocking (far->getHandle());
+        reader = std::thread ([this, echo] { readFrames (echo); });
+    }
+
+    ~RawPair()
+    {
+        near->shutdown();
+        reader.join();
+    }
+
+    void sendFrame()                                { sendAll (near->getHandle(), frame.data(), frame.size()); }
+
+    /** Reads one echoed frame on the near end. */
+    void readEcho()
+    {
+        std::string buffer (frame.size(), '\0');
+        size_t have = 0;
+        while (have < buffer.size())
+        {
+            const auto got = ::recv (near->getHandle(), buffer.data() + have, buffer.size() - have, 0);
+            if (got <= 0)
+                return;
+            have += (size_t) got;
+        }
+    }
+
+    Counter frames;
+
+private:
+    const std::string frame;
+    std::unique_ptr<tov::TcpSocket> near, far;
+    std::thread reader;
+
+    static void makeBlocking (int handle)
+    {
+        fcntl (handle, F_SETFL, fcntl (handle, F_GETFL, 0) & ~O_NONBLOCK);
+    }
+
+    void readFrames (bool echo)
+    {
+        std::vector<char> buffer (64 * 1024);
+        tov::FrameReader cutter (tov::InterprocessConnection::envelopMagicNumber);
+        const tov::FrameReader::BlockCallback count = [&] (const juce::MemoryBlock&)
+        {
+            if (echo)
+                sendAll (far->getHandle(), frame.data(), frame.size());
+            frames.add();
+        };
+        for (;;)
+        {
+            const auto got = ::recv (far->getHandle(), buffer.data(), buffer.size(), 0);
+            if (got <= 0)
+                return;
+            cutter.read (buffer.data(), (size_t) got, count);
+        }
+    }
+};
+
+void rawSocketOneWay (benchmark::State& state)
+{
+    RawPair pair (false);
+    for (auto _ : state)
+    {
+        const int64_t start = pair.frames.get();
+        for (int i = 0; i < envelopsPerRound; ++i)
+            pair.sendFrame();
+        pair.frames.waitFor (start + envelopsPerRound);
+    }
+    state.SetItemsProcessed ((int64_t) state.iterations() * envelopsPerRound);
+}
+
+void rawSocketRoundTrip (benchmark::State& state)
+{
+    RawPair pair (true);
+    for (auto _ : state)
+    {
+        pair.sendFrame();
+        pair.readEcho();
+    }
+    state.SetItemsProcessed ((int64_t) state.iterations());
+}
+
+void printRatio (const tov::benchmarks::MedianReporter& reporter, const char* title, const std::string& name,
+                 const std::string& peer, double itemsPerIteration)
+{
+    const double time = reporter.getMedianRealSeconds (name) / itemsPerIteration * 1e9;
+    const double peerTime = reporter.getMedianRealSeconds (peer) / itemsPerIteration * 1e9;
+    if (time > 0 && peerTime > 0)
+        std::printf ("%-40s %10.0f ns %10.0f/s   raw socket %8.0f ns %10.0f/s   ratio %5.2f\n",
+                     title, time, 1e9 / time, peerTime, 1e9 / peerTime, time / peerTime);
+    std::fflush (stdout);
+}
+
+class BenchmarkProgram : public tov::Program
+{
+public:
+    BenchmarkProgram() : Program ("ConnectionBenchmark", "main", 1, 0, 0, {}) {}
+
+protected:
+    void addLibraries (tov::Library& root) override
+    {
+        auto* library = new tov::NamedLibrary ("ConnectionBenchmark", {});
+        library->addClass<PingMessage>();
+        library->addClass<PongMessage>();
+        root.addLibrary (library);
+    }
+};
+
+} // namespace
+
+int main (int argc, char** argv)
+{
+    if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
+        return 1;
+
+    juce::ScopedJuceInitialiser_GUI juceInitialiser;
+    BenchmarkProgram program;
+    if (! program.startProgram())
+        return 1;
+    {
+        Setup connected;
+        setup = &connected;
+        for (auto [name, function] : { std::pair ("EnvelopsOneWay", &envelopsOneWay),
+                                       std::pair ("RawSocketOneWay", &rawSocketOneWay),
+                                       std::pair ("EnvelopRoundTrip", &envelopRoundTrip),
+                                       std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
+            benchmark::RegisterBenchmark (name, function)
+                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
+                ->MinTime (0.3)->UseRealTime();
+        std::printf ("\n");
+        tov::benchmarks::MedianReporter reporter;
+        benchmark::RunSpecifiedBenchmarks (&reporter);
+        std::printf ("\n");
+        printRatio (reporter, "Envelop of one message, one way", "EnvelopsOneWay", "RawSocketOneWay", envelopsPerRound);
+        printRatio (reporter, "Round trip of an envelop and its answer", "EnvelopRoundTrip", "RawSocketRoundTrip", 1.0);
+        benchmark::Shutdown();
+    }
+    return program.stopProgram();
+}
