@@ -21,7 +21,8 @@ TEST (HostIdentifierTest, IsAStringClassOfTheNetworkLibrary)
     for (size_t i = 0; i < library->getNumClasses(); ++i)
         names.add (library->getClass (i)->getName());
     EXPECT_EQ (names.joinIntoString (" "), "HostIdentifier NetworkAdapterStats NetworkStats NetworkPort NetworkAddress "
-                                           "LocalIp LocalNetworkPort LocalNetworkAddress");
+                                           "LocalIp LocalNetworkPort LocalNetworkAddress "
+                                           "InterprocessConnectionIdentifier InterprocessConnection InterprocessConnectionServer");
     EXPECT_EQ (HostIdentifier::staticClass.getBaseClass(), &String::staticClass);
     auto identifier = createOwned<HostIdentifier>();
     identifier->set ("render-3");
