@@ -12,6 +12,7 @@
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
+#include <juce_events/juce_events.h>
 #include <condition_variable>
 #include <cstdio>
 #include <mutex>
@@ -68,11 +69,12 @@ private:
 
 Counter received, answered;
 
-/** A small message: one integer. Counted on arrival; with answer set, a pong goes back to its sender. */
-class PingMessage : public tov::Message
+/** A small message: one integer. Counted on arrival; with answer set, a pong goes back to its
+    sender. Named as an application's frequent control message, which arriving envelops do not log. */
+class ControlEventMessage : public tov::Message
 {
 public:
-    TOV_DECLARE_CLASS (PingMessage, Message)
+    TOV_DECLARE_CLASS (ControlEventMessage, Message)
     tov::Integer value;
     tov::Boolean answer;
 
@@ -91,9 +93,9 @@ public:
     };
 };
 
-using PongMessage = PingMessage::PongMessage;
+using PongMessage = ControlEventMessage::PongMessage;
 
-TOV_BEGIN_CLASS (PingMessage)
+TOV_BEGIN_CLASS (ControlEventMessage)
     TOV_VARIABLE (value)
     TOV_VARIABLE (answer)
 TOV_END_CLASS()
@@ -133,12 +135,21 @@ protected:
         tov::Program::get().unregisterService();
     }
 
+    /** Waits for the next envelop, as an application's service does between passes. */
+    void servicePostUpdated() override
+    {
+        tov::Program::letCurrentThreadWaitAccordingToPowerSaveMode (10);
+    }
+
 private:
     tov::ExecutionContext context;
 };
 
 class Server : public tov::InterprocessConnectionServer
 {
+public:
+    ~Server() override                                          { tov::ExecutionContext context; stopServer (context); }
+
 protected:
     void setServerStatus (const tov::SuccessStatus&) override   {}
     juce::String getServerLocalIp() const override              { return tov::HostIdentifier::localhost; }
@@ -198,7 +209,7 @@ struct Setup
 
     tov::Envelop* ping (bool answer)
     {
-        auto* message = new PingMessage();
+        auto* message = new ControlEventMessage();
         message->value.set (7, false);
         message->answer.set (answer, false);
         return nearService.peer.getIncomingMessageTarget()->createEnvelopAsSender (message, nullptr);
@@ -376,7 +387,7 @@ protected:
     void addLibraries (tov::Library& root) override
     {
         auto* library = new tov::NamedLibrary ("ConnectionBenchmark", {});
-        library->addClass<PingMessage>();
+        library->addClass<ControlEventMessage>();
         library->addClass<PongMessage>();
         root.addLibrary (library);
     }

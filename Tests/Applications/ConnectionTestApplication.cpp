@@ -123,6 +123,7 @@ class Server : public InterprocessConnectionServer
 {
 public:
     explicit Server (int p) : port (p) {}
+    ~Server() override                                      { ExecutionContext context; stopServer (context); }
 
 protected:
     void setServerStatus (const SuccessStatus&) override     {}
@@ -202,7 +203,9 @@ void runClient (int port)
             lastPing = juce::Time::getMillisecondCounter();
             auto* ping = new PingMessage();
             ping->number.set (nextPing++, false);
-            RemoteTargetIdentifier target (connection.getIdentifier(), server);
+            InterprocessConnectionIdentifier current;
+            connection.copyIdentifierTo (current);
+            RemoteTargetIdentifier target (current, server);
             Program::get().postEnvelopToMessageTarget (target, service.peer.getIncomingMessageTarget()->createEnvelopAsSender (ping, nullptr), nullptr);
         }
         juce::Thread::sleep (2);

@@ -81,6 +81,12 @@ void RecordingConnectionListener::messagesReceived (InterprocessConnection& conn
 }
 
 //==============================================================================
+TestServer::~TestServer()
+{
+    ExecutionContext context;
+    stopServer (context);
+}
+
 bool TestServer::waitForConnections (size_t count)
 {
     return waitUntil ([&] { updateServer(); return getNumConnections() == count; });

@@ -61,6 +61,7 @@ class TestServer : public InterprocessConnectionServer
 {
 public:
     explicit TestServer (int port = 0, const juce::String& ip = "127.0.0.1") : port (port), ip (ip) {}
+    ~TestServer() override;
 
     EventRecord events;
     int port;

@@ -265,5 +265,7 @@ TEST_F (InterprocessConnectionTest, AnAcceptedConnectionThatDisconnectsInsideIts
     EXPECT_EQ (acceptedListener.events.get(), (std::vector<std::string> { "block bye", "lost" }));
     EXPECT_FALSE (accepted().isConnected());
     ASSERT_TRUE (clientListener.events.waitForCount ("lost", 1));
+    // Waits for the connection's thread, which may still be leaving the listener.
+    accepted().disconnect();
     accepted().setListener (nullptr);
 }

@@ -108,10 +108,7 @@ bool PeerMap::processReceivedNetworkMessage (const InterprocessConnection& conne
         return false;
 
     InterprocessConnectionIdentifier connectionIdentifier;
-    {
-        const juce::ScopedLock tableLock (InterprocessConnectionTable::getLock());
-        connection.getIdentifier().copyTo (connectionIdentifier);
-    }
+    connection.copyIdentifierTo (connectionIdentifier);
     envelop->setSenderIdentifier (new RemoteTargetIdentifier (connectionIdentifier, *envelop->getSenderIdentifier()));
     if (receiver.get() == nullptr)
         return refuse (envelop, nullptr);

@@ -229,6 +229,12 @@ InterprocessConnection* InterprocessConnection::getByIdentifier (const Interproc
     return InterprocessConnectionTable::find (id);
 }
 
+void InterprocessConnection::copyIdentifierTo (InterprocessConnectionIdentifier& result) const
+{
+    const juce::ScopedLock lock (InterprocessConnectionTable::getLock());
+    identifier.copyTo (result);
+}
+
 juce::String InterprocessConnection::getFriendlyName() const
 {
     const juce::ScopedLock lock (InterprocessConnectionTable::getLock());

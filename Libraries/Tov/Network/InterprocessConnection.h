@@ -62,7 +62,12 @@ public:
     bool isConnected() const noexcept                   { return connected; }
     /** A client, which reconnects by itself. */
     bool isActiveConnection() const noexcept            { return connectionThread.load() != nullptr; }
+    /** The identifier, for the connection's own thread and for threads that have seen it
+        connected; any other thread takes a copy with copyIdentifierTo. */
     const InterprocessConnectionIdentifier& getIdentifier() const noexcept  { return identifier; }
+    /** A copy of the identifier, taken under the table's lock, since the connection's thread
+        rewrites it at each connection. */
+    void copyIdentifierTo (InterprocessConnectionIdentifier& result) const;
     const HostIdentifier& getRemoteHostName() const noexcept                { return remoteHostName; }
     const juce::String& getDescription() const noexcept                     { return description.get(); }
     void setListener (InterprocessConnectionListener* newListener) noexcept { listener = newListener; }
