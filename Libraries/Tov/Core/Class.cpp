@@ -13,7 +13,7 @@ TOV_END_CLASS()
 
 Class::~Class()
 {
-    delete defaultObject;
+    delete defaultObject.load();
 }
 
 //==============================================================================
@@ -351,16 +351,23 @@ std::vector<Class*> Class::getClassVectorAttribute (juce::StringRef name) const
 }
 
 //==============================================================================
+static bool isTemplateApplication (const ClassExpression* expression) noexcept
+{
+    return expression != nullptr && expression->getType() == ClassExpression::templateApplication;
+}
+
 bool Class::inheritsFrom (const Class* other) const
 {
     if (other == nullptr)
         return false;
-    // A class that no library initialised yet learns its base here.
+    // A class that no library initialised yet learns its base here. The template question is
+    // asked only of template applications: this runs for every envelop that is routed.
     for (Class* level = const_cast<Class*> (this); level != nullptr; level = level->baseClass)
     {
-        if (level == other || level->inheritsFromTemplate (other))
+        if (level == other || (isTemplateApplication (level->expression) && level->inheritsFromTemplate (other)))
             return true;
-        level->initializeClass();
+        if (! level->initialized)
+            level->initializeClass();
     }
     return false;
 }
@@ -369,7 +376,7 @@ bool Class::inheritsFrom (const Class* other) const
 // OwnedVector(X) when String inherits from X.
 bool Class::inheritsFromTemplate (const Class* other) const
 {
-    if (expression == nullptr || other->expression == nullptr || expression->getType() != ClassExpression::templateApplication)
+    if (other->expression == nullptr || ! isTemplateApplication (expression))
         return false;
     const auto* otherExpression = other->expression;
     if (otherExpression->getType() == ClassExpression::atomic)
@@ -556,12 +563,16 @@ Object* Class::createObject (Object* parent)
     return object;
 }
 
+// Once made, the default object is read without the lock: it is immutable, and asking for it
+// is part of every createObject. Only making it, and releasing it, take the lock.
 Object* Class::getDefaultObject()
 {
+    if (auto* existing = defaultObject.load (std::memory_order_acquire))
+        return existing;
     const juce::ScopedLock lock (defaultObjectLock);
-    if (defaultObject == nullptr)
-        defaultObject = createDefaultObject();
-    return defaultObject;
+    if (defaultObject.load (std::memory_order_relaxed) == nullptr)
+        defaultObject.store (createDefaultObject(), std::memory_order_release);
+    return defaultObject.load (std::memory_order_relaxed);
 }
 
 Object* Class::createDefaultObject()
@@ -580,8 +591,7 @@ Object* Class::createDefaultObject()
 void Class::releaseDefaultObject()
 {
     const juce::ScopedLock lock (defaultObjectLock);
-    delete defaultObject;
-    defaultObject = nullptr;
+    delete defaultObject.exchange (nullptr);
 }
 
 void Class::initializeObjectRecursively (Object* object, Object* defaults)

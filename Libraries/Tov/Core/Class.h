@@ -4,6 +4,7 @@
 #include "AttributesHost.h"
 #include "MemberSignature.h"
 #include <juce_core/juce_core.h>
+#include <atomic>
 #include <map>
 #include <memory>
 #include <typeinfo>
@@ -166,7 +167,8 @@ private:
     const ClassExpression* expression = nullptr;
     const char* declaredName = nullptr;
     juce::CriticalSection defaultObjectLock;
-    Object* defaultObject = nullptr;
+    // Read without the lock once set: every createObject asks for it.
+    std::atomic<Object*> defaultObject { nullptr };
     mutable juce::CriticalSection friendlyNameLock;
     mutable juce::String friendlyName;
     Class* baseClass = nullptr;

@@ -4,26 +4,27 @@
 namespace tov
 {
 
+static constexpr uint64_t fnvOffsetBasis = 0xcbf29ce484222325ull;
+static constexpr uint64_t fnvPrime = 0x100000001b3ull;
+
 uint64_t StateHasher::fnv1a (const uint8_t* bytes, size_t numBytes) noexcept
 {
-    uint64_t hash = 0xcbf29ce484222325ull;
+    uint64_t hash = fnvOffsetBasis;
     for (size_t i = 0; i < numBytes; ++i)
-    {
-        hash ^= bytes[i];
-        hash *= 0x100000001b3ull;
-    }
+        hash = (hash ^ bytes[i]) * fnvPrime;
     return hash;
 }
 
 // The low numBytes bytes of the word, least significant first, whatever the
 // byte order of the machine: hashes must agree between processes that share texts.
+// The bytes are taken by shifting rather than copied out: every identifier looked up in a
+// hash map comes through here.
 void StateHasher::combineUnsigned (uint64_t word, size_t numBytes) noexcept
 {
-    uint8_t bytes[8];
+    uint64_t hash = fnvOffsetBasis;
     for (size_t i = 0; i < numBytes; ++i)
-        bytes[i] = (uint8_t) (word >> (8 * i));
-
-    value = ((value >> 2) + 0x9e3779b9ull + (value << 6) + fnv1a (bytes, numBytes)) ^ value;
+        hash = (hash ^ ((word >> (8 * i)) & 0xff)) * fnvPrime;
+    value = ((value >> 2) + 0x9e3779b9ull + (value << 6) + hash) ^ value;
 }
 
 void StateHasher::pushVoid() noexcept                     { combineUnsigned (51, 4); }
