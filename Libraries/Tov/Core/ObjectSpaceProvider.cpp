@@ -1,7 +1,8 @@
 #include "ObjectSpaceProvider.h"
 #include "Object.h"
+#include <array>
+#include <cstdint>
 #include <typeinfo>
-#include <unordered_set>
 
 namespace tov
 {
@@ -17,24 +18,28 @@ ObjectSpace* ObjectSpaceProvider::getSpaceByName (const juce::String& name) cons
 // Addresses are resolved at every change that undo, redo and mirroring load, each by a climb
 // through messages, transactions and containers, of which hardly any is a provider. A failing
 // dynamic_cast across to this interface searches the whole class tree, while its answer
-// depends on the dynamic type alone: types known to be no provider are passed at once.
-static const ObjectSpaceProvider* asProvider (const Object& object)
+// depends on the dynamic type alone: each thread keeps a small direct-mapped table of types
+// that are no provider, where a collision only costs the dynamic_cast again.
+using TypesThatAreNoProvider = std::array<const std::type_info*, 64>;
+
+static const ObjectSpaceProvider* asProvider (const Object& object, TypesThatAreNoProvider& typesThatAreNoProvider)
 {
-    thread_local std::unordered_set<const std::type_info*> typesThatAreNoProvider;
     const auto* type = &typeid (object);
-    if (typesThatAreNoProvider.count (type) != 0)
+    auto& slot = typesThatAreNoProvider[(reinterpret_cast<uintptr_t> (type) >> 4) % typesThatAreNoProvider.size()];
+    if (slot == type)
         return nullptr;
     auto* provider = dynamic_cast<const ObjectSpaceProvider*> (&object);
     if (provider == nullptr)
-        typesThatAreNoProvider.insert (type);
+        slot = type;
     return provider;
 }
 
 ObjectSpaceProvider* ObjectSpaceProvider::get (const Object& object, bool skipSelf)
 {
+    thread_local TypesThatAreNoProvider typesThatAreNoProvider {};
     const Object* level = skipSelf ? object.getParent() : &object;
     for (; level != nullptr; level = level->getParent())
-        if (auto* provider = asProvider (*level))
+        if (auto* provider = asProvider (*level, typesThatAreNoProvider))
             return const_cast<ObjectSpaceProvider*> (provider);
     return nullptr;
 }

@@ -10,6 +10,7 @@ namespace tov
 StateComparingObjectExporter::StateComparingObjectExporter (const State& expected, uint32_t flags)
     : ObjectExporter (flags)
 {
+    stack.reserve (16);
     push (&expected);
 }
 

@@ -15,7 +15,7 @@ namespace tov
     It is strict rather than complete: an object that writes a node twice, writes buffers, or is
     exported without defaults never matches, and the caller then makes the State anew.
 */
-class StateComparingObjectExporter : public ObjectExporter
+class StateComparingObjectExporter final : public ObjectExporter
 {
 public:
     /** True when StateObjectExporter::make (object, flags, writeClass) would give a State equal
