@@ -135,6 +135,24 @@ TEST (ObjectSpaceMirroringTest, AddingAgainSetsTheCounterOfTheSameEntry)
     EXPECT_EQ (space.getMirroringExclusionList().size(), 0u);
 }
 
+TEST (ObjectSpaceMirroringTest, AnObjectExcludedAgainAfterItsEntryEndedGetsANewEntry)
+{
+    ObjectSpace space;
+    Shape shape, other;
+    space.addToMirroringExclusionList (shape, 1);
+    space.addToMirroringExclusionList (other, -1);
+    space.updateMirroring (0.0, 0.05);
+    space.addToMirroringExclusionList (shape, 2);
+    ASSERT_EQ (space.getMirroringExclusionList().size(), 2u);
+    EXPECT_EQ (firstEntry (space).getKey()->getIfAlreadyCached(), &other);
+    auto last = ++firstEntry (space);
+    EXPECT_EQ (last.getKey()->getIfAlreadyCached(), &shape);
+    EXPECT_EQ (last.getValue()->get(), 2);
+    space.addToMirroringExclusionList (shape, 3);
+    EXPECT_EQ (space.getMirroringExclusionList().size(), 2u);
+    EXPECT_EQ (last.getValue()->get(), 3);
+}
+
 TEST (ObjectSpaceMirroringTest, ADeadEntryOfOneStaysAndIsIgnored)
 {
     ObjectSpace space;

@@ -44,6 +44,7 @@ public:
     V* find (const K& key) const                     { return static_cast<V*> (ObjectMap::find (key)); }
     /** The value of the key, made and inserted when absent; takes the key. */
     V* get (K* key, bool notify = true)              { return static_cast<V*> (ObjectMap::get (key, notify)); }
+    TypedIterator getEntry (K* key, bool notify = true)  { return TypedIterator (ObjectMap::getEntry (key, notify)); }
     void insert (K* key, V* value, bool notify = true)  { ObjectMap::insert (key, value, notify); }
     bool remove (const K& key, bool notify = true)   { return ObjectMap::remove (key, notify); }
     void remove (const TypedIterator& entry, bool notify = true)  { ObjectMap::remove (entry.getPosition(), notify); }

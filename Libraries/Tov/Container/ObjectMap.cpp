@@ -87,21 +87,32 @@ Object* ObjectMap::find (const Object& key) const
 
 Object* ObjectMap::get (Object* key, bool notify)
 {
-    if (Object* present = find (*key))
+    return getEntry (key, notify)->value;
+}
+
+ObjectMap::Iterator ObjectMap::getEntry (Object* key, bool notify)
+{
+    if (auto* present = table.find (*key, key->computeHash()))
     {
         if (key->isObjectInitialized())
             key->callDeinitializeObject();
         key->deleteThis();
-        return present;
+        return *present;
     }
-    Object* value = getValueClass()->createObject (nullptr);
-    insert (key, value, notify);
-    return value;
+    // No equal key is present: the new entry goes in without looking for one again.
+    add (key, getValueClass()->createObject (nullptr), notify);
+    return std::prev (table.entries.end());
 }
 
 void ObjectMap::insert (Object* key, Object* value, bool notify)
 {
     remove (*key, false);
+    add (key, value, notify);
+}
+
+// Hashed once the key is held: holding it may initialise it, which can change what it writes.
+void ObjectMap::add (Object* key, Object* value, bool notify)
+{
     addOwnedObject (value, this);
     addOwnedObject (key, this);
     table.add (key, value, key->computeHash());

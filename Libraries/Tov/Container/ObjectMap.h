@@ -47,6 +47,8 @@ public:
     /** Takes the key: when an equal key is present the given one is destroyed and the present
         value returned; otherwise a new value of the value class is inserted under it. */
     Object* get (Object* key, bool notify = true);
+    /** As get, but gives the whole entry, which stays valid until it is removed. */
+    Iterator getEntry (Object* key, bool notify = true);
     /** Holds key and value, replacing the entry of an equal key. */
     void insert (Object* key, Object* value, bool notify = true);
     /** Lets go of the entry of the key equal to this one; false when there is none. */
@@ -98,6 +100,8 @@ private:
 
     Table table;
 
+    /** Holds key and value and enters them; no equal key may be present. */
+    void add (Object* key, Object* value, bool notify);
     Object* loadValue (ObjectImporter& importer, const Object& key, Table& previous);
     void loadEntry (ObjectImporter& importer, Table& previous);
     void releasePrevious (Table& previous);

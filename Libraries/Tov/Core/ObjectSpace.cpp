@@ -238,10 +238,17 @@ bool ObjectSpace::pushMessageToMirroringTargets (Message* message)
 //==============================================================================
 void ObjectSpace::addToMirroringExclusionList (const Object& object, int lifeCounter)
 {
-    auto* key = static_cast<ObjectWeakPointer*> (ObjectWeakPointer::staticClass.createObject());
-    key->set (const_cast<Object*> (&object), false);
-    // The map keeps the entry of an equal key, and destroys this one.
-    mirroringExclusionList.get (key, false)->set (lifeCounter, false);
+    // A key that holds the object equals any other key that holds it: the entry found before
+    // is the one the list would find.
+    auto known = mirroringExclusionEntries.find (&object);
+    if (known == mirroringExclusionEntries.end() || known->second.getKey()->getIfAlreadyCached() != &object)
+    {
+        auto* key = static_cast<ObjectWeakPointer*> (ObjectWeakPointer::staticClass.createObject());
+        key->set (const_cast<Object*> (&object), false);
+        // The map keeps the entry of an equal key, and destroys this one.
+        known = mirroringExclusionEntries.insert_or_assign (&object, mirroringExclusionList.getEntry (key, false)).first;
+    }
+    known->second.getValue()->set (lifeCounter, false);
 }
 
 bool ObjectSpace::isInMirroringExclusionList (const Object& object) const
@@ -270,10 +277,20 @@ void ObjectSpace::ageMirroringExclusionList()
         ++entry;
         const auto lifeCounter = current.getValue()->get();
         if (lifeCounter == 1 && current.getKey()->getIfAlreadyCached() != nullptr)
+        {
+            forgetMirroringExclusionEntry (current);
             mirroringExclusionList.remove (current, false);
+        }
         else if (lifeCounter > 1)
             current.getValue()->set (lifeCounter - 1, false);
     }
+}
+
+void ObjectSpace::forgetMirroringExclusionEntry (const MirroringExclusionList::TypedIterator& entry)
+{
+    auto known = mirroringExclusionEntries.find (entry.getKey()->getIfAlreadyCached());
+    if (known != mirroringExclusionEntries.end() && known->second == entry)
+        mirroringExclusionEntries.erase (known);
 }
 
 } // namespace tov

@@ -9,6 +9,7 @@
 #include "../Pointer/ObjectWeakPointer.h"
 #include "UniqueIdentifier.h"
 #include <tuple>
+#include <unordered_map>
 #include <vector>
 
 namespace tov
@@ -169,11 +170,16 @@ private:
     /** Of class "Map({key=ObjectWeakPointer, value=Integer})", child of the space but not in it:
         its entries never enter the table, and changing them is no edit. */
     MirroringExclusionList mirroringExclusionList;
+    /** The entry last found or made for each excluded object, so that excluding it again needs
+        no key: undo and redo exclude every object they load. An entry counts only while its key
+        still holds the object; entries leave here when they leave the list. */
+    std::unordered_map<const Object*, MirroringExclusionList::TypedIterator> mirroringExclusionEntries;
 
     UniqueIdentifier makeRandomIdentifier() const;
     void holdRoot (Object* object);
     void logIdentifierConflict (const Object& holder, const Object& newcomer, UniqueIdentifier identifier) const;
     void ageMirroringExclusionList();
+    void forgetMirroringExclusionEntry (const MirroringExclusionList::TypedIterator& entry);
 
     template <class Callback>
     void callViews (Callback&& callback)

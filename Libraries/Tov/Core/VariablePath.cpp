@@ -4,14 +4,28 @@
 #include "ObjectImporter.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include "../Pointer/ObjectWeakPointer.h"
+#include <algorithm>
 #include <tuple>
 
 namespace tov
 {
 
+const VariablePath::Names& VariablePath::getNoNames() noexcept
+{
+    static const Names none;
+    return none;
+}
+
+VariablePath::Names& VariablePath::getNamesToChange()
+{
+    if (names == nullptr || names.use_count() > 1)
+        names = std::make_shared<Names> (getNames());
+    return *names;
+}
+
 void VariablePath::clear()
 {
-    names.clear();
+    names.reset();
     dereferencingPointers = false;
     dereferencingLast = false;
 }
@@ -46,7 +60,7 @@ bool VariablePath::addChildPath (const juce::String& text, juce::StringRef separ
             dereferencingLast = true;
             token = token.trimCharactersAtEnd ("*");
         }
-        names.push_back (token);
+        addName (token);
     }
     return true;
 }
@@ -54,8 +68,9 @@ bool VariablePath::addChildPath (const juce::String& text, juce::StringRef separ
 juce::String VariablePath::toString() const
 {
     juce::String text = dereferencingPointers ? "*" : "";
-    for (size_t i = 0; i < names.size(); ++i)
-        text << (i > 0 ? "." : "") << names[i];
+    const auto& pathNames = getNames();
+    for (size_t i = 0; i < pathNames.size(); ++i)
+        text << (i > 0 ? "." : "") << pathNames[i];
     return dereferencingLast ? text + "*" : text;
 }
 
@@ -81,10 +96,11 @@ Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String*
     if (changed != nullptr)
         *changed = false;
     Object* current = root;
-    if (dereferencingPointers && ! names.empty())
+    const auto& pathNames = getNames();
+    if (dereferencingPointers && ! pathNames.empty())
         current = step (dereferenceIfPointer (root), root);
 
-    for (auto& name : names)
+    for (auto& name : pathNames)
     {
         if (dereferencingPointers && current != nullptr)
             current = step (dereferenceIfPointer (current), current);
@@ -97,7 +113,7 @@ Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String*
 
         Object* from = current;
         current = current->getVariableByName (name);
-        if (dereferencingLast && current != nullptr && &name == &names.back())
+        if (dereferencingLast && current != nullptr && &name == &pathNames.back())
             current = dereferenceIfPointer (current);
         step (current, from);
         if (current == nullptr)
@@ -112,16 +128,17 @@ Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String*
 
 Object* VariablePath::setFromChildObject (Object* object)
 {
-    std::vector<juce::String> collected;
+    auto collected = std::make_shared<Names>();
     while (object->hasParent() && object->hasStaticAllocationFlag())
     {
         auto* signature = object->getSignature();
         if (signature == nullptr)
             return nullptr;
-        collected.push_back (signature->getName());
+        collected->push_back (signature->getName());
         object = object->getParent();
     }
-    names.assign (collected.rbegin(), collected.rend());
+    std::reverse (collected->begin(), collected->end());
+    names = collected->empty() ? nullptr : std::move (collected);
     return object;
 }
 
@@ -146,14 +163,14 @@ void VariablePath::save (ObjectExporter& exporter) const
 
 bool VariablePath::operator== (const VariablePath& other) const
 {
-    return names == other.names && dereferencingPointers == other.dereferencingPointers
+    return getNames() == other.getNames() && dereferencingPointers == other.dereferencingPointers
         && dereferencingLast == other.dereferencingLast;
 }
 
 bool VariablePath::operator< (const VariablePath& other) const
 {
-    return std::tie (names, dereferencingPointers, dereferencingLast)
-         < std::tie (other.names, other.dereferencingPointers, other.dereferencingLast);
+    return std::tie (getNames(), dereferencingPointers, dereferencingLast)
+         < std::tie (other.getNames(), other.dereferencingPointers, other.dereferencingLast);
 }
 
 } // namespace tov

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <juce_core/juce_core.h>
+#include <memory>
 #include <vector>
 
 namespace tov
@@ -19,16 +20,18 @@ class VariablePath
 public:
     VariablePath() = default;
 
-    bool isEmpty() const noexcept                        { return names.empty(); }
-    size_t size() const noexcept                         { return names.size(); }
-    const juce::String& operator[] (size_t index) const  { return names[index]; }
-    const std::vector<juce::String>& getNames() const noexcept  { return names; }
-    void addName (const juce::String& name)              { names.push_back (name); }
+    using Names = std::vector<juce::String>;
+
+    bool isEmpty() const noexcept                        { return getNames().empty(); }
+    size_t size() const noexcept                         { return getNames().size(); }
+    const juce::String& operator[] (size_t index) const  { return getNames()[index]; }
+    const Names& getNames() const noexcept               { return names != nullptr ? *names : getNoNames(); }
+    void addName (const juce::String& name)              { getNamesToChange().push_back (name); }
     bool isDereferencingPointers() const noexcept        { return dereferencingPointers; }
     bool isDereferencingLast() const noexcept            { return dereferencingLast; }
 
     void clear();
-    void reserve (size_t numNames)                       { names.reserve (numNames); }
+    void reserve (size_t numNames)                       { getNamesToChange().reserve (numNames); }
 
     /** Splits the text at the separators (quotes keep separators inside them) and appends the
         names; false, adding nothing, when a name is empty. */
@@ -58,9 +61,15 @@ public:
     bool operator< (const VariablePath& other) const;
 
 private:
-    std::vector<juce::String> names;
+    /** Shared by copies until one of them changes: addresses are copied into every message and
+        pointer that carries them, and seldom changed. Null for no names. */
+    std::shared_ptr<Names> names;
     bool dereferencingPointers = false;
     bool dereferencingLast = false;
+
+    static const Names& getNoNames() noexcept;
+    /** The names of this path alone, copied first when others share them. */
+    Names& getNamesToChange();
 };
 
 } // namespace tov

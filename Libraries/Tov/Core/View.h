@@ -44,7 +44,8 @@ public:
 
 private:
     friend class Object;
-    std::unordered_set<Object*> attachedObjects { 8 };
+    // No buckets until the first object: most weak pointers, which are views, never attach.
+    std::unordered_set<Object*> attachedObjects;
     bool insideCallback = false;
 };
 

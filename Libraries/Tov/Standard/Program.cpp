@@ -8,6 +8,7 @@
 #include "../Core/StateObjectExporter.h"
 #include <juce_events/juce_events.h>
 #include <algorithm>
+#include <atomic>
 
 namespace tov
 {
@@ -42,11 +43,16 @@ static void step (const char* name)
 }
 
 //==============================================================================
+// Bumped at every change of any program's table of services, and when a program comes or
+// goes, so that an answer kept by a thread is never taken from another table or another time.
+static std::atomic<uint64_t> servicesGeneration { 0 };
+
 Program::Program (const juce::String& programName, const juce::String& branchName,
                   uint64_t majorVersion, uint64_t minorVersion, uint64_t buildRevision, const juce::String& commitHash)
     : softwareVersion (programName, branchName, majorVersion, minorVersion, buildRevision, commitHash)
 {
     instance = this;
+    servicesGeneration.fetch_add (1, std::memory_order_release);
 }
 
 Program::~Program()
@@ -55,6 +61,7 @@ Program::~Program()
     // stopped properly should not hold up the end of the process.
     stopLoggerThread (1000);
     instance = nullptr;
+    servicesGeneration.fetch_add (1, std::memory_order_release);
 }
 
 Program& Program::get() noexcept
@@ -179,19 +186,28 @@ void Program::stopLoggerThread (int timeOutMilliseconds)
 }
 
 //==============================================================================
+// A thread asks for its own service at every address it resolves and every identifier it
+// draws: it keeps its last answer for as long as no table of services changed.
 Service* Program::getServiceByThreadId (void* threadId) const
 {
     if (! isStillRunning())
         return nullptr;
+    struct Answer { const Program* program; uint64_t generation; void* threadId; Service* service; };
+    thread_local Answer last { nullptr, 0, nullptr, nullptr };
+    if (last.program == this && last.threadId == threadId && last.generation == servicesGeneration.load (std::memory_order_acquire))
+        return last.service;
+
     const juce::ScopedLock lock (servicesLock);
     const auto found = servicesByThread.find (threadId);
-    return found != servicesByThread.end() ? found->second : nullptr;
+    last = { this, servicesGeneration.load (std::memory_order_relaxed), threadId, found != servicesByThread.end() ? found->second : nullptr };
+    return last.service;
 }
 
 void Program::registerService (Service& service)
 {
     const juce::ScopedLock lock (servicesLock);
     servicesByThread[(void*) juce::Thread::getCurrentThreadId()] = &service;
+    servicesGeneration.fetch_add (1, std::memory_order_release);
 }
 
 bool Program::registerPeer (Peer& peer)
@@ -218,6 +234,7 @@ void Program::unregisterService()
 {
     const juce::ScopedLock lock (servicesLock);
     servicesByThread.erase ((void*) juce::Thread::getCurrentThreadId());
+    servicesGeneration.fetch_add (1, std::memory_order_release);
 }
 
 //==============================================================================

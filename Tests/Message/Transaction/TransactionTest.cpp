@@ -453,6 +453,48 @@ TEST_F (TransactionBuilderTest, AChangedOwnedPointerHasItsTargetsIdentityAsUndoV
     EXPECT_EQ (update->getUndoState()->getUniqueIdentifierValue(), firstIdentifier);
 }
 
+TEST_F (TransactionBuilderTest, AnUnchangedContextKeepsTheSnapshotOfThePreviousScope)
+{
+    std::shared_ptr<State> first, second;
+    {
+        ScopedTransaction transaction ("First", *document);
+        first = dynamic_cast<CreateTransactionBuilderImplementation*> (transaction.getBuilder())->getUndoValue (*document);
+        document->items.append (makeItem ("a"));
+    }
+    {
+        ScopedTransaction transaction ("Second", *document);
+        second = dynamic_cast<CreateTransactionBuilderImplementation*> (transaction.getBuilder())->getUndoValue (*document);
+    }
+    {
+        ScopedTransaction transaction ("Third", *document);
+        EXPECT_EQ (dynamic_cast<CreateTransactionBuilderImplementation*> (transaction.getBuilder())->getUndoValue (*document), second);
+    }
+    ASSERT_NE (first, nullptr);
+    ASSERT_NE (second, nullptr);
+    EXPECT_NE (second, first);
+    EXPECT_EQ (first->getVariableStateByName ("items")->getNumVariables(), 0u);
+    EXPECT_EQ (second->getVariableStateByName ("items")->getNumVariables(), 1u);
+}
+
+TEST_F (TransactionBuilderTest, AContextChangedWithoutNotificationIsStoredAsItIsNow)
+{
+    {
+        ScopedTransaction transaction ("First", *document);
+        document->count.set (1);
+    }
+    document->title.set ("Quiet", false);
+    {
+        ScopedTransaction transaction ("Second", *document);
+        document->title.set ("Loud");
+    }
+    auto* update = child<UpdateObjectMirroredTransaction> (history, 0);
+    ASSERT_NE (update, nullptr);
+    EXPECT_EQ (update->getState()->getString(), "Loud");
+    EXPECT_EQ (update->getUndoState()->getString(), "Quiet");
+    history.undo();
+    EXPECT_EQ (document->title.get(), "Quiet");
+}
+
 //==============================================================================
 // Texts
 using TransactionTextTest = TransactionTest;

@@ -41,9 +41,12 @@ void MirroringMessage::process (ExecutionContext& context, const Object&, Messag
 {
     ObjectSpace* space = nullptr;
     Object* object = pointer.getAddress().getObject (&pointer, &space);
-    if (space == nullptr)
-        return;
+    if (space != nullptr)
+        processAt (context, object, *space);
+}
 
+void MirroringMessage::processAt (ExecutionContext& context, Object* object, ObjectSpace& space) const
+{
     const auto& objectState = state.get();
     if (objectState == nullptr)
         return;
@@ -55,9 +58,9 @@ void MirroringMessage::process (ExecutionContext& context, const Object&, Messag
     if (objectState->getUniqueIdentifier().isNull())
         return;
 
-    Object* parent = space->getRootObject() != nullptr ? space->getRootObject() : static_cast<Object*> (space);
+    Object* parent = space.getRootObject() != nullptr ? space.getRootObject() : static_cast<Object*> (&space);
     if (auto* created = Object::createFromState (context, objectState, parent))
-        created->callInitializeObject (space, nullptr, parent);
+        created->callInitializeObject (&space, nullptr, parent);
 }
 
 } // namespace tov

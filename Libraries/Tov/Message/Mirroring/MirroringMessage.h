@@ -26,6 +26,9 @@ public:
     MirroringMessage (const ObjectWeakPointer& address, const std::shared_ptr<State>& state);
 
     void process (ExecutionContext& context, const Object& senderIdentifier, MessageTarget& incomingTarget) const override;
+    /** What process does once the address is resolved: loads the state into the object, or
+        creates the object in the space when there is none. */
+    void processAt (ExecutionContext& context, Object* object, ObjectSpace& space) const;
 
     const ObjectWeakPointer& getPointer() const noexcept  { return pointer; }
     const std::shared_ptr<State>& getState() const noexcept  { return state.get(); }

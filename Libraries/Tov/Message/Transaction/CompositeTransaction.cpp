@@ -1,4 +1,5 @@
 #include "CompositeTransaction.h"
+#include "../Envelop.h"
 
 namespace tov
 {
@@ -7,8 +8,16 @@ TOV_BEGIN_CLASS (CompositeTransaction)
     TOV_VARIABLE (transactions)
 TOV_END_CLASS()
 
+// Most children add one message; nested composites leave the room to the outermost one.
+void CompositeTransaction::reserveMessages (Envelop& envelop) const
+{
+    if (envelop.getNumMessages() == 0)
+        envelop.reserveMessages (transactions.size());
+}
+
 void CompositeTransaction::perform (Envelop& envelop)
 {
+    reserveMessages (envelop);
     for (auto* transaction : transactions)
         transaction->perform (envelop);
 }
@@ -16,12 +25,14 @@ void CompositeTransaction::perform (Envelop& envelop)
 // Backwards, so that objects destroyed last are back before their containers take older states.
 void CompositeTransaction::undo (Envelop& envelop)
 {
+    reserveMessages (envelop);
     for (size_t i = transactions.size(); i-- > 0;)
         transactions[i]->undo (envelop);
 }
 
 void CompositeTransaction::redo (Envelop& envelop)
 {
+    reserveMessages (envelop);
     for (auto* transaction : transactions)
         transaction->redo (envelop);
 }

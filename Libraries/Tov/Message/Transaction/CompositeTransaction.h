@@ -29,6 +29,8 @@ public:
 
 private:
     OwnedVector<Transaction> transactions;
+
+    void reserveMessages (Envelop& envelop) const;
 };
 
 } // namespace tov

@@ -2,6 +2,7 @@
 #include "CompositeTransaction.h"
 #include "CreateObjectMirroredTransaction.h"
 #include "DestroyObjectMirroredTransaction.h"
+#include "TransactionMakerObjectSpaceView.h"
 #include "UpdateObjectMirroredTransaction.h"
 #include "../../Container/ObjectMap.h"
 #include "../../Container/ObjectOwnedVector.h"
@@ -169,7 +170,18 @@ void CreateTransactionBuilderImplementation::store (const Object& object, bool d
     }
     if (undoValues.find (storeObject) != undoValues.end())
         return;
-    walkSnapshot (StateObjectExporter::make (*storeObject, deep ? deepSnapshot : shallowSnapshot, true), storeObject);
+    walkSnapshot (makeStoreSnapshot (*storeObject, deep), storeObject);
+}
+
+// The first object a builder stores is its scope's context, of which the maker may hold a
+// snapshot already. A shallow snapshot is never changed by the walk: owned objects are
+// identifiers in it.
+std::shared_ptr<State> CreateTransactionBuilderImplementation::makeStoreSnapshot (const Object& object, bool deep) const
+{
+    auto* maker = getObjectSpace() != nullptr ? getObjectSpace()->getTransactionMaker() : nullptr;
+    if (deep || ! undoValues.empty() || maker == nullptr)
+        return StateObjectExporter::make (object, deep ? deepSnapshot : shallowSnapshot, true);
+    return maker->makeContextSnapshot (object, shallowSnapshot);
 }
 
 //==============================================================================

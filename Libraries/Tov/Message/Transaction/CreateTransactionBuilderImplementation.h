@@ -62,6 +62,7 @@ private:
     History* history;
 
     void clearCurrentObjectWithin (const Object& object);
+    std::shared_ptr<State> makeStoreSnapshot (const Object& object, bool deep) const;
     static bool isSameSnapshot (const State& state, const State& undoState);
     /** Enters the state as the undo value of the object and of everything below it, reducing
         owned targets to their identifiers: the form in which flush compares. */

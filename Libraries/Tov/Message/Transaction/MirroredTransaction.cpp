@@ -40,13 +40,24 @@ MirroredTransaction::MirroredTransaction (Object& object)
     pointer.setAddressOf (&object, false);
 }
 
+Peer* MirroredTransaction::getPeerToApplyTo (const Envelop& envelop) const
+{
+    return envelop.getSenderIdentifier() != nullptr ? Peer::get (*this) : nullptr;
+}
+
 void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const
 {
-    auto* self = const_cast<MirroredTransaction*> (this);
-    message->setParent (self);
-    if (auto* peer = Peer::get (*self))
-        if (auto* sender = envelop.getSenderIdentifier())
-            message->process (ExecutionContext::get(), *sender, *peer->getIncomingMessageTarget());
+    message->setParent (const_cast<MirroredTransaction*> (this));
+    if (auto* peer = getPeerToApplyTo (envelop))
+        message->process (ExecutionContext::get(), *envelop.getSenderIdentifier(), *peer->getIncomingMessageTarget());
+    envelop.addMessage (message);
+}
+
+void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space) const
+{
+    message->setParent (const_cast<MirroredTransaction*> (this));
+    if (space != nullptr && getPeerToApplyTo (envelop) != nullptr)
+        message->processAt (ExecutionContext::get(), object, *space);
     envelop.addMessage (message);
 }
 
@@ -84,27 +95,37 @@ juce::String CreateObjectMirroredTransaction::toString() const
 //==============================================================================
 void UpdateObjectMirroredTransaction::perform (Envelop& envelop)
 {
-    envelop.addMessage (makeMessage (state));
+    Object* object = nullptr;
+    ObjectSpace* space = nullptr;
+    envelop.addMessage (makeMessage (state, object, space));
 }
 
 void UpdateObjectMirroredTransaction::undo (Envelop& envelop)
 {
     if (undoState != nullptr)
-        applyAndAddMessage (makeMessage (undoState), envelop);
+        applyAndAddState (undoState, envelop);
 }
 
 void UpdateObjectMirroredTransaction::redo (Envelop& envelop)
 {
-    applyAndAddMessage (makeMessage (state), envelop);
+    applyAndAddState (state, envelop);
 }
 
-MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::shared_ptr<State>& stateToLoad) const
+// The address is resolved once, for the exclusion and for the load.
+void UpdateObjectMirroredTransaction::applyAndAddState (const std::shared_ptr<State>& stateToLoad, Envelop& envelop) const
+{
+    Object* object = nullptr;
+    ObjectSpace* space = nullptr;
+    auto* message = makeMessage (stateToLoad, object, space);
+    applyAndAddMessage (message, envelop, object, space);
+}
+
+MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::shared_ptr<State>& stateToLoad, Object*& object, ObjectSpace*& space) const
 {
     auto* message = new MirroringMessage (pointer, stateToLoad);
     message->setParent (const_cast<UpdateObjectMirroredTransaction*> (this));
 
-    ObjectSpace* space = nullptr;
-    auto* object = pointer.getAddress().getObject (message, &space);
+    object = pointer.getAddress().getObject (message, &space);
     if (object != nullptr && object->hasSpace() && isExcludedFromMirroringWhenSent (*object))
         object->getSpace()->addToMirroringExclusionList (*object, 2);
     return message;

@@ -8,6 +8,7 @@ namespace tov
 {
 
 class MirroringMessage;
+class Peer;
 
 /** A transaction on one object, which it finds by address: the address survives the object's
     deletion and re-creation, so undo and redo find the object again after either.
@@ -30,11 +31,18 @@ protected:
     /** Sets this transaction as the message's parent, loads the message here at once, and adds
         it to the envelop, so that the receiver gets the same load afterwards. */
     void applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const;
+    /** The same for a message whose address is already resolved: to that object (null when
+        there is none) in that space (null when the address names none). */
+    void applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space) const;
 
     /** "<verb> " + class expression of the state (or "<noclass>") + " " + its short text. */
     static juce::String describeState (const juce::String& verb, const State& state);
 
     ObjectWeakPointer pointer;
+
+private:
+    /** The peer of this transaction, when the envelop has a sender: messages load here only then. */
+    Peer* getPeerToApplyTo (const Envelop& envelop) const;
 };
 
 } // namespace tov

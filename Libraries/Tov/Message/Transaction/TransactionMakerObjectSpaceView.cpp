@@ -6,6 +6,8 @@
 #include "../Envelop.h"
 #include "../MessageTarget.h"
 #include "../../Core/ObjectSpace.h"
+#include "../../Core/StateComparingObjectExporter.h"
+#include "../../Core/StateObjectExporter.h"
 #include "../../Standard/ExecutionContext.h"
 #include "../../Standard/Service.h"
 #include <algorithm>
@@ -52,6 +54,18 @@ void TransactionMakerObjectSpaceView::objectPreDeleted (Object* object)
 {
     if (auto* top = getTop())
         top->objectPreDeleted (object);
+}
+
+//==============================================================================
+std::shared_ptr<State> TransactionMakerObjectSpaceView::makeContextSnapshot (const Object& context, uint32_t flags)
+{
+    if (contextSnapshot == nullptr || contextSnapshotFlags != flags
+         || ! StateComparingObjectExporter::matches (context, *contextSnapshot, flags, true))
+    {
+        contextSnapshot = StateObjectExporter::make (context, flags, true);
+        contextSnapshotFlags = flags;
+    }
+    return contextSnapshot;
 }
 
 //==============================================================================

@@ -12,6 +12,7 @@ class CompositeTransaction;
 class CreateTransactionBuilderImplementation;
 class History;
 class MessageTarget;
+class State;
 class VolatileTransactionBuilderImplementation;
 
 /** The space's view that turns scopes of edits into transactions.
@@ -47,6 +48,12 @@ public:
     /** The first normal builder from the bottom stores the object; else nobody does. */
     void storeValueForTransaction (const Object& object, bool deep, bool climb);
 
+    /** A snapshot of a scope's context, written with those flags: the one made last time when the
+        object still writes exactly that state. Scopes tend to open on the same context edit after
+        edit, and a document's snapshot lists everything it holds. Only for snapshots that nobody
+        changes afterwards. */
+    std::shared_ptr<State> makeContextSnapshot (const Object& context, uint32_t flags);
+
     const std::vector<TransactionBuilderImplementation*>& getTransactionBuilders() const noexcept  { return transactionBuilders; }
     MessageTarget& getReceiverMessageTarget() const noexcept  { return *receiverMessageTarget; }
     MessageTarget& getSenderMessageTarget() const noexcept    { return *senderMessageTarget; }
@@ -57,6 +64,8 @@ private:
     MessageTarget* senderMessageTarget;
     /** Builders made inside a bypass, kept until the stack is empty again. */
     std::vector<std::unique_ptr<TransactionBuilderImplementation>> inertBuilders;
+    std::shared_ptr<State> contextSnapshot;
+    uint32_t contextSnapshotFlags = 0;
 
     TransactionBuilderImplementation* getTop() const;
     VolatileTransactionBuilderImplementation* findFirstVolatileBuilder() const;

@@ -31,8 +31,11 @@ private:
     std::shared_ptr<State> state, undoState;
 
     /** A message that loads the state, with its object kept out of the mirror's way for the next
-        two mirroring updates, so that what is being sent does not come back and overwrite it. */
-    MirroringMessage* makeMessage (const std::shared_ptr<State>& stateToLoad) const;
+        two mirroring updates, so that what is being sent does not come back and overwrite it.
+        object and space are what the message's address resolves to. */
+    MirroringMessage* makeMessage (const std::shared_ptr<State>& stateToLoad, Object*& object, ObjectSpace*& space) const;
+    /** Loads the state here and sends it. */
+    void applyAndAddState (const std::shared_ptr<State>& stateToLoad, Envelop& envelop) const;
     static bool isExcludedFromMirroringWhenSent (const Object& object);
 };
 

@@ -1,0 +1,144 @@
+#include "Support/TestValues.h"
+#include <Tov/Core/StateComparingObjectExporter.h>
+#include <Tov/Core/StateObjectExporter.h>
+#include <gtest/gtest.h>
+
+using namespace tov;
+using namespace tov::test;
+
+namespace
+{
+/** Holds a heap shape, written through writeOwnedPointer. */
+class ShapeHolder : public Object
+{
+public:
+    TOV_DECLARE_CLASS (ShapeHolder, Object)
+
+    Object* content = nullptr;
+    ~ShapeHolder() override { if (content != nullptr) content->deleteThis(); }
+
+    void save (ObjectExporter& exporter) const override
+    {
+        exporter.saveVariable ("content", content, &Shape::staticClass);
+    }
+};
+TOV_BEGIN_CLASS (ShapeHolder)
+TOV_END_CLASS()
+
+constexpr uint32_t shallow = exportTransientVariables | exportOwnedPointersAsIdentifiers;
+constexpr uint32_t deep = exportTransientVariables;
+
+Owned<Rectangle> makeRectangle()
+{
+    auto rectangle = createOwned<Rectangle>();
+    rectangle->setUniqueIdentifier (UniqueIdentifier (0x1234));
+    rectangle->title.set ("Door", false);
+    rectangle->width.set (80, false);
+    rectangle->height.set (200, false);
+    return rectangle;
+}
+
+Owned<ShapeHolder> makeHolder()
+{
+    auto holder = createOwned<ShapeHolder>();
+    auto* shape = create<Rectangle>();
+    shape->setUniqueIdentifier (UniqueIdentifier (0x77));
+    shape->width.set (3, false);
+    holder->content = shape;
+    return holder;
+}
+
+bool matchesItsOwnState (const Object& object, uint32_t flags, bool writeClass)
+{
+    return StateComparingObjectExporter::matches (object, *StateObjectExporter::make (object, flags, writeClass), flags, writeClass);
+}
+
+/** The object's state with one change made to a copy of it. */
+template <class Change>
+std::shared_ptr<State> changedState (const Object& object, uint32_t flags, Change&& change)
+{
+    auto state = std::make_shared<State> (*StateObjectExporter::make (object, flags, true));
+    change (*state);
+    return state;
+}
+} // namespace
+
+TEST (StateComparingObjectExporterTest, AnObjectMatchesTheStateItWrites)
+{
+    auto rectangle = makeRectangle();
+    EXPECT_TRUE (matchesItsOwnState (*rectangle, shallow, true));
+    EXPECT_TRUE (matchesItsOwnState (*rectangle, shallow, false));
+    EXPECT_TRUE (matchesItsOwnState (*rectangle, exportWithoutIdentifiers, true));
+    EXPECT_TRUE (matchesItsOwnState (rectangle->width, shallow, true));
+    EXPECT_TRUE (matchesItsOwnState (*createOwned<Empty>(), shallow, true));
+}
+
+TEST (StateComparingObjectExporterTest, AChangedValueDoesNotMatch)
+{
+    auto rectangle = makeRectangle();
+    const auto before = StateObjectExporter::make (*rectangle, shallow, true);
+    rectangle->height.set (201, false);
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *before, shallow, true));
+    rectangle->height.set (200, false);
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*rectangle, *before, shallow, true));
+    rectangle->title.set ("Window", false);
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *before, shallow, true));
+}
+
+TEST (StateComparingObjectExporterTest, IdentifierClassAndVersionCount)
+{
+    auto rectangle = makeRectangle();
+    auto otherIdentifier = changedState (*rectangle, shallow, [] (State& state) { state.setUniqueIdentifier (UniqueIdentifier (0x1235)); });
+    auto noClass = changedState (*rectangle, shallow, [] (State& state) { state.setClassExpression (nullptr); });
+    auto otherClass = changedState (*rectangle, shallow, [] (State& state) { state.setClass (&Shape::staticClass); });
+    auto version = changedState (*rectangle, shallow, [] (State& state) { state.setVersionNumber (3); });
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *otherIdentifier, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *noClass, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *otherClass, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *version, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *StateObjectExporter::make (*rectangle, shallow, true), shallow, false));
+}
+
+TEST (StateComparingObjectExporterTest, AMissingOrExtraVariableDoesNotMatch)
+{
+    auto rectangle = makeRectangle();
+    auto extra = changedState (*rectangle, shallow, [] (State& state) { state.addVariable ("depth", std::make_shared<State> (1)); });
+    auto missing = changedState (*rectangle, shallow, [] (State& state) { state.removeVariable ("height"); });
+    auto renamed = changedState (*rectangle, shallow, [] (State& state) { state.setVariableName (0, "caption"); });
+    auto retyped = changedState (*rectangle, shallow, [] (State& state) { state.setVariableState (1, std::make_shared<State> (80.0)); });
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *extra, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *missing, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *renamed, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*rectangle, *retyped, shallow, true));
+}
+
+TEST (StateComparingObjectExporterTest, OwnedObjectsCompareByIdentifierWhenShallowAndWholeWhenDeep)
+{
+    auto holder = makeHolder();
+    EXPECT_TRUE (matchesItsOwnState (*holder, shallow, true));
+    EXPECT_TRUE (matchesItsOwnState (*holder, deep, true));
+
+    const auto shallowBefore = StateObjectExporter::make (*holder, shallow, true);
+    const auto deepBefore = StateObjectExporter::make (*holder, deep, true);
+    static_cast<Rectangle*> (holder->content)->width.set (4, false);
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*holder, *shallowBefore, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*holder, *deepBefore, deep, true));
+
+    holder->content->setUniqueIdentifier (UniqueIdentifier (0x78));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*holder, *shallowBefore, shallow, true));
+}
+
+TEST (StateComparingObjectExporterTest, ANullOwnedObjectIsANullIdentifier)
+{
+    auto holder = createOwned<ShapeHolder>();
+    EXPECT_TRUE (matchesItsOwnState (*holder, deep, true));
+    const auto empty = StateObjectExporter::make (*holder, deep, true);
+    holder->content = create<Rectangle>();
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*holder, *empty, deep, true));
+}
+
+TEST (StateComparingObjectExporterTest, AnExportWithoutDefaultsNeverMatches)
+{
+    auto rectangle = makeRectangle();
+    EXPECT_FALSE (matchesItsOwnState (*rectangle, shallow | exportWithoutDefaults, true));
+}
