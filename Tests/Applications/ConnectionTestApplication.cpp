@@ -31,6 +31,8 @@ namespace
 {
 std::atomic<bool> inputOpen { true };
 std::atomic<int> numConnections { 0 };
+/** Signalled when an envelop from the network has been queued for the service's pass. */
+juce::WaitableEvent envelopArrived;
 
 void say (const juce::String& line)
 {
@@ -133,6 +135,7 @@ protected:
     void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
     {
         Program::get().processReceivedNetworkMessage (connection, block);
+        envelopArrived.signal();
     }
 
 private:
@@ -147,6 +150,7 @@ public:
     void messagesReceived (InterprocessConnection& connection, const juce::MemoryBlock& block) override
     {
         Program::get().processReceivedNetworkMessage (connection, block);
+        envelopArrived.signal();
     }
 };
 
@@ -177,7 +181,7 @@ void runServer (int port)
     {
         server.updateServer();
         service.callServiceUpdate (true);
-        juce::Thread::sleep (2);
+        envelopArrived.wait (20);
     }
     server.stopServer (service.context);
     service.stopService (2000);
@@ -208,7 +212,8 @@ void runClient (int port)
             RemoteTargetIdentifier target (current, server);
             Program::get().postEnvelopToMessageTarget (target, service.peer.getIncomingMessageTarget()->createEnvelopAsSender (ping, nullptr), nullptr);
         }
-        juce::Thread::sleep (2);
+        // Until a pong arrives or the next ping is due.
+        envelopArrived.wait (20);
     }
     connection.disconnect();
     service.stopService (2000);
