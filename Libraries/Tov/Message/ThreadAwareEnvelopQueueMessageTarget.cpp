@@ -35,8 +35,10 @@ bool ThreadAwareEnvelopQueueMessageTarget::handleEnvelop (Envelop* envelop)
         }
         else
         {
+            // A queue that already held envelops has woken its thread, which takes them all.
+            const bool wasEmpty = envelops.empty();
             envelops.push_back (envelop);
-            if (owner != nullptr)
+            if (owner != nullptr && wasEmpty)
                 owner->notify();
         }
     }

@@ -13,6 +13,8 @@ namespace
     /** Written bytes that may wait in the buffer before the queue is asked for more: beyond
         it, blocks stay in the subclass's queue until the peer reads. */
     constexpr size_t outgoingLimit = 256 * 1024;
+    /** Bytes that the connection's thread gathers from its queue before it writes them. */
+    constexpr size_t batchSize = 64 * 1024;
     /** How long the thread sleeps in poll before it looks whether it should exit. */
     constexpr int pollIntervalMs = 100;
 }
@@ -126,9 +128,14 @@ bool SocketConnection::sendMessage (const juce::MemoryBlock& block)
     FrameReader::writeHeader (magicNumber, (juce::uint32) block.getSize(), outgoing.data() + start);
     memcpy (outgoing.data() + start + FrameReader::headerSize, block.getData(), block.getSize());
 
+    // On the connection's own thread the blocks of one batch leave together, when the batch
+    // ends (see writeWhatWaits) or when they fill a socket's worth.
+    if (isConnectionThread())
+        return outgoing.size() - outgoingStart < batchSize || flushWithoutLock();
+
     if (! flushWithoutLock())
         return false;
-    if (outgoingStart < outgoing.size() && ! isConnectionThread())
+    if (outgoingStart < outgoing.size())
         wakeUp.signal(); // the connection's thread writes the rest when the socket takes it
     return true;
 }
@@ -208,7 +215,9 @@ bool SocketConnection::writeWhatWaits()
         if (outgoing.size() - outgoingStart > outgoingLimit)
             return true;
     }
-    return ! hasMessagesToWrite() || sendMessagesToWrite();
+    const bool sent = ! hasMessagesToWrite() || sendMessagesToWrite();
+    const juce::ScopedLock lock (outgoingLock);
+    return flushWithoutLock() && sent;
 }
 
 // Reads a bounded number of times, so that a peer that never stops sending cannot keep the

@@ -55,8 +55,9 @@ public:
     juce::uint32 getMagicNumber() const noexcept        { return magicNumber; }
 
     /** Frames the block and writes it. Writes never block: what the socket does not take at
-        once waits in the connection's buffer and leaves in order. False when the connection is
-        closed or broken. */
+        once waits in the connection's buffer and leaves in order. On the connection's thread
+        the blocks gather until the thread next looks at its queue, so that a batch leaves in
+        few writes. False when the connection is closed or broken. */
     bool sendMessage (const juce::MemoryBlock& block);
 
     /** The calling thread is this connection's thread. */
