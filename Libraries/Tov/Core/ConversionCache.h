@@ -10,7 +10,8 @@
 namespace tov
 {
 
-/** What short byte strings converted to, kept for the length of one reading.
+/** What short byte strings converted to, kept for the length of one reading (the text
+    parser) or across the readings of one thread (the binary reader).
 
     The names of variables and classes recur throughout a document, and each
     conversion allocates; with the cache a document holds one string per
@@ -21,9 +22,9 @@ namespace tov
     The table is open-addressed and keeps its keys in one block, so that a
     look-up neither allocates nor copies.
 
-    It has no lock: each parser or binary reader owns its caches for one
-    reading on one thread, and the values it hands out (strings, interned
-    class expressions) are safe to share.
+    It has no lock: each parser owns its caches for one reading, binary
+    readers share those of their thread, and the values handed out (strings,
+    interned class expressions) are safe to share.
 */
 template <class Value>
 class ConversionCache
@@ -64,6 +65,9 @@ public:
         }
         return value;
     }
+
+    /** No more values will be kept. */
+    bool isFull() const noexcept        { return numValues >= maximumNumValues; }
 
     // FNV-1a: keys are short, and a multiplication per byte is all they need.
     static constexpr uint32_t startHash = 2166136261u;

@@ -310,7 +310,9 @@ public:
             return fail (error, "Unexpected end of stream, expected Class Expression");
         const int type = (juce::uint8) source.readByte();
         juce::String identifier;
-        if (! readNonEmptyName (identifier, "Unexpected end of stream, expected Class Expression"))
+        const ClassExpression* atomicExpression = nullptr;
+        if (! (type == ClassExpression::atomic ? readAtomicExpression (atomicExpression)
+                                                 : readNonEmptyName (identifier, "Unexpected end of stream, expected Class Expression")))
             return false;
         const ClassExpression* inner = nullptr;
         if (! readOptionalExpression (inner))
@@ -321,7 +323,7 @@ public:
 
         switch (type)
         {
-            case ClassExpression::atomic:              expression = getAtomicExpression (identifier); return true;
+            case ClassExpression::atomic:              expression = atomicExpression; return true;
             case ClassExpression::classParameter:      expression = inner != nullptr ? createClassParameterExpression (inner, identifier) : nullptr; return true;
             case ClassExpression::templateApplication: expression = arguments != nullptr ? createTemplateClassExpression (identifier, arguments) : nullptr; return true;
             default:                                   return fail (error, "Unexpected type of class expression");
@@ -394,8 +396,26 @@ public:
 private:
     Source& source;
     juce::String& error;
-    ConversionCache<juce::String> names;
-    ConversionCache<const ClassExpression*> atomicExpressions;
+    // Small states (an envelop on a connection) are read by the thousand on one thread, and
+    // each would pay for caches of its own: a thread's readers share theirs instead.
+    struct Caches
+    {
+        ConversionCache<juce::String> names;
+        ConversionCache<const ClassExpression*> atomicExpressions;
+    };
+    Caches& caches = getThreadCaches();
+    ConversionCache<juce::String>& names = caches.names;
+    ConversionCache<const ClassExpression*>& atomicExpressions = caches.atomicExpressions;
+
+    static Caches& getThreadCaches()
+    {
+        thread_local Caches threadCaches;
+        // A thread that has read every name there is starts again rather than converting new
+        // names one by one for the rest of its life.
+        if (threadCaches.names.isFull() || threadCaches.atomicExpressions.isFull())
+            threadCaches = Caches();
+        return threadCaches;
+    }
 
     // Guards every read of a fixed-size field: a stream too short for it fails with the message.
     bool hasBytes (int64_t count)
@@ -420,10 +440,17 @@ private:
         return true;
     }
 
-    const ClassExpression* getAtomicExpression (const juce::String& name)
+    // The expression of a class name, found by the name's bytes.
+    bool readAtomicExpression (const ClassExpression*& expression)
     {
-        const char* bytes = name.toRawUTF8();
-        return atomicExpressions.get (bytes, std::strlen (bytes), [&] { return createAtomicClassExpression (name); });
+        if (source.isExhausted())
+            return fail (error, "Unexpected end of stream, expected Class Expression");
+        const auto bytes = source.readStringBytes();
+        expression = atomicExpressions.get (bytes.data(), bytes.size(), [&]
+        {
+            return createAtomicClassExpression (makeWellFormedUtf8 (bytes.data(), bytes.size()));
+        });
+        return true;
     }
 
     bool readValue (State& state, StateType type)
