@@ -3,6 +3,7 @@
 #include "Class.h"
 #include "ClassExpression.h"
 #include "ClassGenerator.h"
+#include <unordered_map>
 
 namespace tov
 {
@@ -208,14 +209,43 @@ bool hasClass (const juce::String& text)
     return getClass (text) != nullptr;
 }
 
+// Every new OwnedVector<T> and OwnedPointer<T> asks this for its class. Expressions are
+// interned for the life of the process, so a thread may remember which one an application
+// gives, keyed by the template's name and the argument's expression, and skip making, hashing
+// and finding the arguments' state; the class itself is still resolved, as classes come and go.
+static const ClassExpression* getTemplateExpression (const juce::String& templateName, const ClassExpression* argument)
+{
+    struct Key
+    {
+        juce::String name;
+        const ClassExpression* argument;
+        bool operator== (const Key& other) const noexcept { return argument == other.argument && name == other.name; }
+    };
+    struct HashKey
+    {
+        size_t operator() (const Key& key) const noexcept
+        {
+            return std::hash<const void*>() (key.argument) ^ (size_t) key.name.hashCode64();
+        }
+    };
+    thread_local std::unordered_map<Key, const ClassExpression*, HashKey> expressions;
+
+    auto& expression = expressions[Key { templateName, argument }];
+    if (expression == nullptr)
+    {
+        auto arguments = std::make_shared<State>();
+        arguments->setClassExpressionValue (argument);
+        expression = createTemplateClassExpression (templateName, arguments);
+    }
+    return expression;
+}
+
 Class* getTemplateClass (const juce::String& templateName, Class* argument)
 {
     auto* registry = ClassRegistry::getInstanceIfExists();
     if (argument == nullptr || registry == nullptr)
         return nullptr;
-    auto arguments = std::make_shared<State>();
-    arguments->setClassValue (argument);
-    return registry->resolve (createTemplateClassExpression (templateName, arguments), nullptr);
+    return registry->resolve (getTemplateExpression (templateName, argument->getExpression()), nullptr);
 }
 
 Class* getTemplateClass (const juce::String& templateName, std::initializer_list<std::pair<const char*, Class*>> arguments)
