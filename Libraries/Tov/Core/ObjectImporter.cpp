@@ -10,6 +10,7 @@ namespace tov
 ObjectImporter::ObjectImporter (ExecutionContext& context, const std::shared_ptr<State>& root, PendingStates* pending)
     : context (context), pending (pending)
 {
+    stack.reserve (typicalDepth);
     stack.push_back (root);
 }
 

@@ -91,6 +91,8 @@ public:
 
 private:
     ExecutionContext& context;
+    // Room for the depth of most objects, so that a small one (a message) grows it not at all.
+    static constexpr size_t typicalDepth = 8;
     std::vector<std::shared_ptr<State>> stack;
     PendingStates* pending;
     std::unique_ptr<std::map<UniqueIdentifier, Object*>> createdObjects;

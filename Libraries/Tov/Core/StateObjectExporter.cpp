@@ -8,6 +8,7 @@ namespace tov
 StateObjectExporter::StateObjectExporter (uint32_t flags)
     : ObjectExporter (flags)
 {
+    stack.reserve (typicalDepth);
     stack.push_back (std::make_shared<State>());
 }
 

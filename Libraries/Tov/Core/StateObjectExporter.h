@@ -36,6 +36,8 @@ public:
     void writeBuffer (uint64_t size, void* data, bool copy) override;
 
 private:
+    // Room for the depth of most objects, so that a small one (a message) grows it not at all.
+    static constexpr size_t typicalDepth = 8;
     std::vector<std::shared_ptr<State>> stack;
 
     State& current() const { return *stack.back(); }

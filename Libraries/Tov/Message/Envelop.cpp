@@ -36,11 +36,15 @@ void Envelop::stampPostingTime()
 }
 
 //==============================================================================
+// The two variables of an envelop's wire form, made once rather than for every envelop sent.
+static const juce::String envelopName ("envelop"), receiverName ("receiver");
+
 bool Envelop::saveToMemoryBlock (const ObjectOwnedPointer& receiver, juce::MemoryBlock& block) const
 {
     State root;
-    root.addVariable ("envelop", makeState (false, true));
-    root.addVariable ("receiver", receiver.makeState (false, true));
+    root.reserveVariables (2);
+    root.addVariable (envelopName, makeState (false, true));
+    root.addVariable (receiverName, receiver.makeState (false, true));
 
     juce::MemoryOutputStream output (block, true);
     output.preallocate (1024);
@@ -80,8 +84,8 @@ bool Envelop::loadFromMemoryBlock (ExecutionContext& context, const juce::Memory
         return false;
     }
 
-    auto envelopState = root.getVariableStateByName ("envelop");
-    auto receiverState = root.getVariableStateByName ("receiver");
+    auto envelopState = root.getVariableStateByName (envelopName);
+    auto receiverState = root.getVariableStateByName (receiverName);
     if (envelopState == nullptr || receiverState == nullptr)
     {
         context.error ("Missing envelop or receiver state");
