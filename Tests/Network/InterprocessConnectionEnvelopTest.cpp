@@ -178,3 +178,75 @@ TEST_F (InterprocessConnectionEnvelopTest, ATargetOfAConnectionThatIsGoneAnswers
     EXPECT_TRUE (watcher.deleted);
     orphan->deleteThis();
 }
+
+//==============================================================================
+// Envelops that a connection's thread rebuilds wait in the thread's batch and reach their peers
+// when it ends; here the test's thread plays the connection's thread.
+namespace
+{
+class PeerMapReceivedEnvelopBatchTest : public InterprocessConnectionEnvelopTest
+{
+protected:
+    static juce::MemoryBlock wireFormOf (const juce::String& text, int64_t receiverValue)
+    {
+        ObjectOwnedPointer receiver;
+        receiver.set (makeIdentifier (receiverValue), false);
+        Owned<Envelop> envelop (new Envelop (makeIdentifier (9), new RecordingMessage (text)));
+        juce::MemoryBlock block;
+        envelop->saveToMemoryBlock (receiver, block);
+        return block;
+    }
+
+    bool receive (const juce::String& text, int64_t receiverValue = 1)
+    {
+        return Program::get().processReceivedNetworkMessage (client, wireFormOf (text, receiverValue));
+    }
+
+    size_t queued() const   { return far.getIncomingMessageTarget()->getNumEnvelops(); }
+};
+} // namespace
+
+TEST_F (PeerMapReceivedEnvelopBatchTest, WithoutABatchAReceivedEnvelopIsQueuedAtOnce)
+{
+    ASSERT_TRUE (receive ("now"));
+    EXPECT_EQ (queued(), 1u);
+}
+
+TEST_F (PeerMapReceivedEnvelopBatchTest, InABatchEnvelopsAreQueuedInOrderWhenItEnds)
+{
+    {
+        PeerMap::ReceivedEnvelopBatch batch;
+        for (int i = 0; i < 3; ++i)
+            ASSERT_TRUE (receive (juce::String (i)));
+        EXPECT_EQ (queued(), 0u);
+    }
+    EXPECT_EQ (queued(), 3u);
+    ASSERT_TRUE (hasLines (far, 3));
+    const auto from = " from 9@" + client.getIdentifier().toString ("->", {});
+    EXPECT_EQ (far.lines, (std::vector<juce::String> { "0" + from, "1" + from, "2" + from }));
+}
+
+TEST_F (PeerMapReceivedEnvelopBatchTest, ABatchInsideAnotherAddsToTheOuterOne)
+{
+    {
+        PeerMap::ReceivedEnvelopBatch outer;
+        ASSERT_TRUE (receive ("first"));
+        {
+            PeerMap::ReceivedEnvelopBatch inner;
+            ASSERT_TRUE (receive ("second"));
+        }
+        EXPECT_EQ (queued(), 0u);
+    }
+    EXPECT_EQ (queued(), 2u);
+}
+
+TEST_F (PeerMapReceivedEnvelopBatchTest, AnEnvelopForNoPeerIsDroppedWhenTheBatchEnds)
+{
+    {
+        PeerMap::ReceivedEnvelopBatch batch;
+        EXPECT_TRUE (receive ("astray", 77));
+        EXPECT_TRUE (receive ("home"));
+    }
+    EXPECT_EQ (queued(), 1u);
+    EXPECT_EQ (near.getIncomingMessageTarget()->getNumEnvelops(), 0u);
+}

@@ -112,7 +112,38 @@ bool PeerMap::processReceivedNetworkMessage (const InterprocessConnection& conne
     envelop->setSenderIdentifier (new RemoteTargetIdentifier (connectionIdentifier, *envelop->getSenderIdentifier()));
     if (receiver.get() == nullptr)
         return refuse (envelop, nullptr);
+    if (auto* batch = ReceivedEnvelopBatch::current())
+    {
+        batch->entries.push_back ({ this, receiver.release(), envelop });
+        return true;
+    }
     return postEnvelopToMessageTarget (*receiver, envelop, nullptr);
+}
+
+//==============================================================================
+PeerMap::ReceivedEnvelopBatch*& PeerMap::ReceivedEnvelopBatch::current() noexcept
+{
+    thread_local ReceivedEnvelopBatch* batch = nullptr;
+    return batch;
+}
+
+PeerMap::ReceivedEnvelopBatch::ReceivedEnvelopBatch()
+    : outer (current())
+{
+    if (outer == nullptr)
+        current() = this;
+}
+
+PeerMap::ReceivedEnvelopBatch::~ReceivedEnvelopBatch()
+{
+    if (outer != nullptr)
+        return;
+    current() = nullptr;
+    for (auto& entry : entries)
+    {
+        entry.map->postEnvelopToMessageTarget (*entry.receiver, entry.envelop, nullptr);
+        entry.receiver->deleteThis();
+    }
 }
 
 bool PeerMap::postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const

@@ -3,6 +3,7 @@
 #include "../Pointer/WeakPointer.h"
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 namespace tov
 {
@@ -40,9 +41,36 @@ public:
     bool postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const;
 
     /** On a connection's thread: rebuilds the envelop of a received block, qualifies its sender
-        with the connection, and posts it to its receiver. False for a connection that does not
-        carry envelops and for a block that does not load (with the reason on the thread's context). */
+        with the connection, and posts it to its receiver, or puts it in the thread's batch. False
+        for a connection that does not carry envelops and for a block that does not load (with
+        the reason on the thread's context). */
     bool processReceivedNetworkMessage (const InterprocessConnection& connection, const juce::MemoryBlock& block) const;
+
+    /** While one lives on a thread, the envelops that processReceivedNetworkMessage rebuilds on
+        that thread wait in it, in order, and are posted when it ends. A connection that read many
+        frames at once opens one, so that each receiving service wakes once for all of them
+        rather than once per envelop. A batch opened inside another adds to the outer one. */
+    class ReceivedEnvelopBatch
+    {
+    public:
+        ReceivedEnvelopBatch();
+        ~ReceivedEnvelopBatch();
+
+    private:
+        struct Entry
+        {
+            const PeerMap* map;
+            Object* receiver;
+            Envelop* envelop;
+        };
+        std::vector<Entry> entries;
+        ReceivedEnvelopBatch* outer;
+
+        friend class PeerMap;
+        static ReceivedEnvelopBatch*& current() noexcept;
+
+        JUCE_DECLARE_NON_COPYABLE (ReceivedEnvelopBatch)
+    };
 
     size_t getNumPeers() const;
 

@@ -1,6 +1,7 @@
 #include "InterprocessConnection.h"
 #include "InterprocessConnectionTable.h"
 #include "../Standard/ExecutionContext.h"
+#include "../Message/PeerMap.h"
 #include "../Standard/Program.h"
 #include <pthread.h>
 
@@ -155,6 +156,13 @@ void InterprocessConnection::messageReceived (const juce::MemoryBlock& block)
 {
     if (auto* l = listener.load())
         l->messagesReceived (*this, block);
+}
+
+// The envelops of one read wait until all are rebuilt, then go to their services together.
+void InterprocessConnection::deliverBlocksOfOneRead (const std::function<void()>& deliver)
+{
+    PeerMap::ReceivedEnvelopBatch batch;
+    deliver();
 }
 
 //==============================================================================

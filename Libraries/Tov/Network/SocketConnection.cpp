@@ -230,7 +230,9 @@ bool SocketConnection::readWhatArrived()
         const auto received = recv (socket->getHandle(), readBuffer.data(), readBuffer.size(), MSG_DONTWAIT);
         if (received > 0)
         {
-            if (reader->read (readBuffer.data(), (size_t) received, deliver) != FrameReader::Result::ok)
+            auto result = FrameReader::Result::ok;
+            deliverBlocksOfOneRead ([&] { result = reader->read (readBuffer.data(), (size_t) received, deliver); });
+            if (result != FrameReader::Result::ok)
                 return false;
             if ((size_t) received < readBuffer.size())
                 return true;
