@@ -1,4 +1,5 @@
 #include "Envelop.h"
+#include "../Core/RecycledBlocks.h"
 #include "../Standard/ExecutionContext.h"
 
 namespace tov
@@ -23,6 +24,29 @@ Envelop::Envelop (Object* sender, Message* message)
     senderIdentifier.set (sender, false);
     if (message != nullptr)
         addMessage (message);
+}
+
+// A class derived from Envelop has blocks of another size: those go to the general allocator.
+static RecycledBlocks& getRecycledEnvelopBlocks()
+{
+    thread_local RecycledBlocks blocks;
+    return blocks;
+}
+
+void* Envelop::operator new (size_t size)
+{
+    if (size == sizeof (Envelop))
+        if (auto* block = getRecycledEnvelopBlocks().take())
+            return block;
+    return ::operator new (size);
+}
+
+void Envelop::operator delete (void* block, size_t size) noexcept
+{
+    if (size == sizeof (Envelop))
+        getRecycledEnvelopBlocks().give (block);
+    else
+        ::operator delete (block);
 }
 
 void Envelop::addMessage (Message* message)
