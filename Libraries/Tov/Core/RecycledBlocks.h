@@ -13,7 +13,7 @@ namespace tov
     are made and deleted in bursts: the general allocator keeps only a handful of freed blocks
     of a size per thread, and a burst beyond them goes through its slow bins both ways. A block
     goes back to the general allocator when the cache is full, and every block it holds when
-    its thread ends. Nothing is shared between threads, so nothing is locked.
+    the cache goes with its thread. Nothing is shared between threads, so nothing is locked.
 
     Under AddressSanitizer nothing is kept, so that a use after delete is still caught.
 */
@@ -28,16 +28,16 @@ public:
    #endif
 
     RecycledBlocks() = default;
-    /** Frees the blocks kept, and keeps no more: a block given afterwards is freed at once. */
+    /** Frees the blocks kept. */
     ~RecycledBlocks();
 
     /** A kept block, or null when there is none. */
     void* take() noexcept                            { return numBlocks > 0 ? blocks[--numBlocks] : nullptr; }
 
-    /** Keeps the block, or frees it when the cache is full or gone. */
+    /** Keeps the block, or frees it when the cache is full. */
     void give (void* block) noexcept
     {
-        if (keepsBlocks && isOpen && numBlocks < capacity)
+        if (keepsBlocks && numBlocks < capacity)
             blocks[numBlocks++] = block;
         else
             ::operator delete (block);
@@ -46,7 +46,6 @@ public:
 private:
     std::array<void*, capacity> blocks {};
     size_t numBlocks = 0;
-    bool isOpen = true;
 
     RecycledBlocks (const RecycledBlocks&) = delete;
     RecycledBlocks& operator= (const RecycledBlocks&) = delete;
