@@ -30,6 +30,12 @@ public:
     /** Takes ownership of both; either may be null. */
     Envelop (Object* senderIdentifier, Message* message);
 
+    /** Envelops come and go in bursts (a service takes every envelop queued since its last
+        pass and deletes them together): their blocks are recycled by the thread that deletes
+        them, for the next envelops it makes. */
+    static void* operator new (size_t size);
+    static void operator delete (void* block, size_t size) noexcept;
+
     //==============================================================================
     /** Appends the message and takes ownership of it. */
     void addMessage (Message* message);

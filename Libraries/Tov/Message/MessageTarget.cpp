@@ -16,7 +16,7 @@ MessageTarget::MessageTarget (Object* newIdentifier)
 
 MessageTarget::~MessageTarget()
 {
-    const juce::ScopedLock lock (identifierLock);
+    const std::lock_guard<std::mutex> lock (identifierLock);
     identifier.reset (false);
 }
 
@@ -49,7 +49,7 @@ Envelop* MessageTarget::createEnvelopAsSender (Message* message, Object* parent)
 
 bool MessageTarget::storeIdentifier (const Object& newIdentifier)
 {
-    const juce::ScopedLock lock (identifierLock);
+    const std::lock_guard<std::mutex> lock (identifierLock);
     if (identifier.get() != nullptr)
         return identifier->equals (newIdentifier);
     identifier.set (newIdentifier.clone(), false);
@@ -62,7 +62,7 @@ bool MessageTarget::loadIdentifier (ObjectOwnedPointer& result) const
 {
     Object* copy = nullptr;
     {
-        const juce::ScopedLock lock (identifierLock);
+        const std::lock_guard<std::mutex> lock (identifierLock);
         if (identifier.get() != nullptr)
             copy = identifier->clone();
     }
@@ -74,7 +74,7 @@ bool MessageTarget::loadIdentifier (ObjectOwnedPointer& result) const
 
 bool MessageTarget::hasIdentifierEqualTo (const Object& other) const
 {
-    const juce::ScopedLock lock (identifierLock);
+    const std::lock_guard<std::mutex> lock (identifierLock);
     return identifier.get() != nullptr && identifier->equals (other);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../Pointer/ObjectOwnedPointer.h"
+#include <mutex>
 
 namespace tov
 {
@@ -12,7 +13,8 @@ class Message;
 
     A target has an identifier, set once, which is the address that others post to and the
     sender identifier of the envelops made in its name. The identifier has a lock of its own,
-    so that any thread may read it.
+    so that any thread may read it: a plain mutex, since only the identifier's clone, comparison
+    and deletion run under it.
 */
 class MessageTarget : public Object
 {
@@ -43,7 +45,7 @@ public:
 
 private:
     ObjectOwnedPointer identifier;
-    juce::CriticalSection identifierLock;
+    mutable std::mutex identifierLock;
 };
 
 } // namespace tov

@@ -118,6 +118,8 @@ void Peer::addPendingDiff (DiffObjectSpaceMessage& diff, PendingDiffs& pending)
 // In order of space names, whatever order the diffs came in.
 void Peer::flushPendingDiffs (ExecutionContext& context, const Object& senderIdentifier, PendingDiffs& pending)
 {
+    if (pending.empty())
+        return;
     for (auto& entry : pending)
     {
         entry.second->process (context, senderIdentifier, *incomingMessageTarget);

@@ -29,7 +29,7 @@ bool PeerMap::registerPeer (Peer& peer)
     if (! peer.getIncomingMessageTarget()->loadIdentifier (identifier))
         return false;
 
-    const juce::ScopedLock scopedLock (lock);
+    const std::lock_guard<std::mutex> scopedLock (lock);
     if (entries.find (identifier.get()) != entries.end())
         return false;
     auto weakPeer = std::make_unique<WeakPointer<Peer>>();
@@ -46,7 +46,7 @@ bool PeerMap::unregisterPeer (Peer& peer)
     if (! peer.getIncomingMessageTarget()->loadIdentifier (identifier))
         return false;
 
-    const juce::ScopedLock scopedLock (lock);
+    const std::lock_guard<std::mutex> scopedLock (lock);
     auto entry = entries.find (identifier.get());
     if (entry == entries.end())
         return false;
@@ -61,7 +61,7 @@ bool PeerMap::unregisterPeer (Peer& peer)
 
 size_t PeerMap::getNumPeers() const
 {
-    const juce::ScopedLock scopedLock (lock);
+    const std::lock_guard<std::mutex> scopedLock (lock);
     return entries.size();
 }
 
@@ -148,11 +148,13 @@ PeerMap::ReceivedEnvelopBatch::~ReceivedEnvelopBatch()
 
 bool PeerMap::postEnvelopToPeer (const Object& target, Envelop* envelop, bool* targetNotFound) const
 {
-    const juce::ScopedLock scopedLock (lock);
     if (targetNotFound != nullptr)
         *targetNotFound = false;
-    if (auto* peer = getPeerWithoutLock (target))
-        return peer->getIncomingMessageTarget()->postEnvelop (envelop);
+    {
+        const std::lock_guard<std::mutex> scopedLock (lock);
+        if (auto* peer = getPeerWithoutLock (target))
+            return peer->getIncomingMessageTarget()->postEnvelop (envelop);
+    }
     return refuse (envelop, targetNotFound);
 }
 

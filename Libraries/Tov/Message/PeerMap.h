@@ -2,6 +2,7 @@
 
 #include "../Pointer/WeakPointer.h"
 #include <memory>
+#include <mutex>
 #include <unordered_map>
 #include <vector>
 
@@ -20,6 +21,11 @@ class RemoteTargetIdentifier;
     computeHash and compared with equals, and holds each peer by a weak pointer: an entry whose
     peer has died answers as not found. The lock is held during a post to a local peer, so that
     a peer cannot leave the map half way through a post to it.
+
+    The lock is a plain mutex: under it run only the identifiers' hash and comparison, the
+    weak pointers and the peer's queue. An envelop refused for want of a peer is deleted after
+    it; one refused by a stopping service is deleted under it, so deleting a message must not
+    come back to the map.
 
     One map belongs to the Program, which forwards its operations of the same names here.
 */
@@ -85,7 +91,7 @@ private:
     };
     using Entries = std::unordered_map<Object*, std::unique_ptr<WeakPointer<Peer>>, IdentifierHash, IdentifierEquality>;
 
-    juce::CriticalSection lock;
+    mutable std::mutex lock;
     Entries entries;
 
     Peer* getPeerWithoutLock (const Object& identifier) const;

@@ -27,7 +27,7 @@ bool ThreadAwareEnvelopQueueMessageTarget::handleEnvelop (Envelop* envelop)
 
     bool accepted = true;
     {
-        const juce::ScopedLock lock (queueLock);
+        const std::lock_guard<std::mutex> lock (queueLock);
         auto* owner = thread.load();
         if (owner != nullptr && owner->threadShouldExit())
         {
@@ -56,13 +56,13 @@ void ThreadAwareEnvelopQueueMessageTarget::takeEnvelops (std::vector<Envelop*>& 
 
     std::vector<Envelop*> replacement;
     {
-        const juce::ScopedLock lock (queueLock);
+        const std::lock_guard<std::mutex> lock (queueLock);
         if (envelops.empty())
             return;
     }
     replacement.reserve (reservedNumEnvelops);
     {
-        const juce::ScopedLock lock (queueLock);
+        const std::lock_guard<std::mutex> lock (queueLock);
         envelops.swap (replacement);
     }
     result.swap (replacement);
@@ -72,7 +72,7 @@ void ThreadAwareEnvelopQueueMessageTarget::clearEnvelops()
 {
     std::vector<Envelop*> taken;
     {
-        const juce::ScopedLock lock (queueLock);
+        const std::lock_guard<std::mutex> lock (queueLock);
         taken.swap (envelops);
     }
     deleteEnvelops (taken);
@@ -80,13 +80,13 @@ void ThreadAwareEnvelopQueueMessageTarget::clearEnvelops()
 
 size_t ThreadAwareEnvelopQueueMessageTarget::getNumEnvelops() const
 {
-    const juce::ScopedLock lock (queueLock);
+    const std::lock_guard<std::mutex> lock (queueLock);
     return envelops.size();
 }
 
 void ThreadAwareEnvelopQueueMessageTarget::forgetThread (const juce::Thread* goingThread)
 {
-    const juce::ScopedLock lock (queueLock);
+    const std::lock_guard<std::mutex> lock (queueLock);
     if (thread.load() == goingThread)
         thread = nullptr;
 }

@@ -2,6 +2,7 @@
 
 #include "MessageTarget.h"
 #include <atomic>
+#include <mutex>
 #include <vector>
 
 namespace tov
@@ -12,6 +13,9 @@ namespace tov
     The owner takes the whole queue at once by swapping it with an empty vector, so that posters
     and the owner meet at the lock for a few instructions only. A post wakes the owner's thread
     at once. Once the owner's thread is told to exit, posts are refused and their envelops deleted.
+
+    The lock is a plain mutex: nothing done under it (appending, swapping, waking the thread,
+    asking it whether it stops) comes back to this queue, and envelops are deleted outside it.
 */
 class ThreadAwareEnvelopQueueMessageTarget : public MessageTarget
 {
@@ -40,7 +44,7 @@ public:
 
 private:
     std::atomic<juce::Thread*> thread { nullptr };
-    juce::CriticalSection queueLock;
+    mutable std::mutex queueLock;
     std::vector<Envelop*> envelops;
 
     static void deleteEnvelops (const std::vector<Envelop*>& toDelete);
