@@ -19,10 +19,11 @@ protected:
 };
 } // namespace
 
-// 100 steps of 50 ms, 1% each: 5 s in all, 10 s expected a priori, so the threshold is 0.5 s.
+// 64 steps of 62.5 ms, 1/64 each (binary fractions, which add up exactly): 4 s in all, 10 s
+// expected a priori, so the threshold of 0.5 s is passed at the 8th step.
 TEST_F (TaskPredictionTest, ALinearTaskIsPredictedExactlyOncePastTheThreshold)
 {
-    std::unique_ptr<StepTask> task (make ("Linear", 0.01, 50.0));
+    std::unique_ptr<StepTask> task (make ("Linear", 1.0 / 64.0, 62.5));
     task->aprioriSeconds = 10.0;
     task->update();
     int numChecked = 0;
@@ -32,17 +33,17 @@ TEST_F (TaskPredictionTest, ALinearTaskIsPredictedExactlyOncePastTheThreshold)
         const double progression = task->getProgression().get();
         if (progression >= 1.0)
             break;
-        const double trueRemaining = 5.0 * (1.0 - progression);
+        const double trueRemaining = 4.0 * (1.0 - progression);
         const double remaining = predictedRemaining (*task);
         EXPECT_EQ (task->getProgressionString().get(), "Step " + juce::String (task->numSteps) + remainingText (remaining));
         if (task->getExecutionTime().inSeconds() >= 0.5)
         {
-            EXPECT_NEAR (remaining, trueRemaining, 1e-9) << "at " << progression;
+            EXPECT_EQ (remaining, trueRemaining) << "at " << progression;
             ++numChecked;
         }
     }
-    EXPECT_EQ (numChecked, 90);
-    EXPECT_EQ (task->numSteps, 100);
+    EXPECT_EQ (numChecked, 56);
+    EXPECT_EQ (task->numSteps, 64);
 }
 
 TEST_F (TaskPredictionTest, BeforeTheThresholdThePredictionSlidesFromTheAprioriTime)
