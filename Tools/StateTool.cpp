@@ -2,8 +2,10 @@
 #include <Tov/Core/State.h>
 #include <Tov/Core/Library.h>
 #include <Tov/Standard/ExecutionContext.h>
+#include "StateToolProgress.h"
 #include <iostream>
 #include <map>
+#include <memory>
 
 using namespace tov;
 
@@ -12,12 +14,17 @@ namespace
 constexpr int failure = 1;
 constexpr int usageError = 2;
 
-/** Writes every reported error as one "Error: " line on standard error. */
+/** The progress of the long commands, shown with --progress on a terminal. */
+ProgressLine* progressLine = nullptr;
+
+/** Writes every reported error as one "Error: " line on standard error, where no progress line stands. */
 class StandardErrorView : public ExecutionContextView
 {
 public:
     void errorCallback (const juce::String& message, const Object*) override
     {
+        if (progressLine != nullptr)
+            progressLine->clear();
         std::cerr << "Error: " << message.toStdString() << "\n";
     }
 };
@@ -41,6 +48,8 @@ struct Command
     const char* usage;
     const char* help;
     int (*run) (ExecutionContext& context, const juce::StringArray& arguments);
+    /** The command runs as a task, whose progress --progress shows. */
+    bool showsProgress = false;
 };
 
 //==============================================================================
@@ -153,30 +162,65 @@ int shortText (ExecutionContext& context, const juce::StringArray& arguments)
     return 0;
 }
 
+/** A file's name for the progress line; "-" is a standard stream. */
+juce::String describe (const juce::String& name, const char* standardStream)
+{
+    return name == "-" ? juce::String (standardStream) : name;
+}
+
+int runSteps (const juce::String& name, std::vector<StepsTask::Step> steps, const juce::String& doneText)
+{
+    StepsTask task (name, std::move (steps), doneText);
+    ProgressLine silent (false);
+    return runTask (task, progressLine != nullptr ? *progressLine : silent) ? 0 : failure;
+}
+
+/** Reads the binary stream form, in which the state may be null; false on failure. */
+bool readBinaryDocument (ExecutionContext& context, const juce::String& name, std::shared_ptr<State>& state)
+{
+    auto input = openInput (context, name);
+    if (input == nullptr)
+        return false;
+    juce::String error;
+    if (State::loadFromBinary (*input, state, error))
+        return true;
+    context.error (error);
+    return false;
+}
+
+/** The text form, or the binary one with binary; null on failure, an empty State for a null one. */
+std::shared_ptr<State> readDocument (ExecutionContext& context, const juce::String& name, bool binary)
+{
+    if (! binary)
+        return readTextDocument (context, name);
+    std::shared_ptr<State> state;
+    if (! readBinaryDocument (context, name, state))
+        return nullptr;
+    return state != nullptr ? state : std::make_shared<State>();
+}
+
 int toBinary (ExecutionContext& context, const juce::StringArray& arguments)
 {
-    auto state = readTextDocument (context, argumentOrStandard (arguments, 0));
-    if (state == nullptr)
-        return failure;
+    const auto in = argumentOrStandard (arguments, 0), out = argumentOrStandard (arguments, 1);
+    std::shared_ptr<State> state;
     juce::MemoryOutputStream output;
-    State::toBinary (state.get(), output);
-    return writeOutput (context, argumentOrStandard (arguments, 1), output.getMemoryBlock()) ? 0 : failure;
+    return runSteps ("to-binary", {
+        { "Reading " + describe (in, "standard input"), 0.6, [&] { return (state = readTextDocument (context, in)) != nullptr; } },
+        { "Converting to binary", 0.2, [&] { State::toBinary (state.get(), output); return true; } },
+        { "Writing " + describe (out, "standard output"), 0.2, [&] { return writeOutput (context, out, output.getMemoryBlock()); } } },
+        "Converted " + describe (in, "standard input") + " to binary");
 }
 
 int fromBinary (ExecutionContext& context, const juce::StringArray& arguments)
 {
-    auto input = openInput (context, argumentOrStandard (arguments, 0));
-    if (input == nullptr)
-        return failure;
+    const auto in = argumentOrStandard (arguments, 0), out = argumentOrStandard (arguments, 1);
     std::shared_ptr<State> state;
-    juce::String error;
-    if (! State::loadFromBinary (*input, state, error))
-    {
-        context.error (error);
-        return failure;
-    }
-    const auto text = state != nullptr ? printText (*state) : juce::MemoryBlock();
-    return writeOutput (context, argumentOrStandard (arguments, 1), text) ? 0 : failure;
+    juce::MemoryBlock text;
+    return runSteps ("from-binary", {
+        { "Reading " + describe (in, "standard input"), 0.6, [&] { return readBinaryDocument (context, in, state); } },
+        { "Printing text", 0.2, [&] { text = state != nullptr ? printText (*state) : juce::MemoryBlock(); return true; } },
+        { "Writing " + describe (out, "standard output"), 0.2, [&] { return writeOutput (context, out, text); } } },
+        "Converted " + describe (in, "standard input") + " to text");
 }
 
 int save (ExecutionContext& context, const juce::StringArray& arguments)
@@ -190,28 +234,14 @@ int save (ExecutionContext& context, const juce::StringArray& arguments)
         return usageError;
     }
 
+    const auto in = remaining[0], out = remaining[1];
     std::shared_ptr<State> state;
-    if (binary)
-    {
-        auto input = openInput (context, remaining[0]);
-        if (input == nullptr)
-            return failure;
-        juce::String error;
-        if (! State::loadFromBinary (*input, state, error))
-        {
-            context.error (error);
-            return failure;
-        }
-        if (state == nullptr)
-            state = std::make_shared<State>();
-    }
-    else
-    {
-        state = readTextDocument (context, remaining[0]);
-    }
-    if (state == nullptr)
-        return failure;
-    return state->saveToFile (context, juce::File::getCurrentWorkingDirectory().getChildFile (remaining[1]), {}) ? 0 : failure;
+    return runSteps ("save", {
+        { "Reading " + describe (in, "standard input"), 0.7,
+          [&] { return (state = readDocument (context, in, binary)) != nullptr; } },
+        { "Saving " + out, 0.3,
+          [&] { return state->saveToFile (context, juce::File::getCurrentWorkingDirectory().getChildFile (out), {}); } } },
+        "Saved " + out);
 }
 
 const Command commands[] = {
@@ -221,12 +251,12 @@ const Command commands[] = {
       "Parses each file; prints nothing for a good file and the parser's error for a bad one. Exits 1 if any failed.", check },
     { "short", "tov-state short [--depth N] [FILE|-]",
       "Writes the one-line short text of the document, at most N levels deep (no limit by default).", shortText },
-    { "to-binary", "tov-state to-binary [IN|-] [OUT|-]",
-      "Converts a State text to the binary stream form (a present flag, then the body).", toBinary },
-    { "from-binary", "tov-state from-binary [IN|-] [OUT|-]",
-      "Converts the binary stream form back to text, printed as format prints it.", fromBinary },
-    { "save", "tov-state save [--binary] IN OUT",
-      "Reads a State text (or the binary form, with --binary) and saves it as a state file, with a .bin sibling for buffers.", save },
+    { "to-binary", "tov-state to-binary [--progress] [IN|-] [OUT|-]",
+      "Converts a State text to the binary stream form (a present flag, then the body).", toBinary, true },
+    { "from-binary", "tov-state from-binary [--progress] [IN|-] [OUT|-]",
+      "Converts the binary stream form back to text, printed as format prints it.", fromBinary, true },
+    { "save", "tov-state save [--progress] [--binary] IN OUT",
+      "Reads a State text (or the binary form, with --binary) and saves it as a state file, with a .bin sibling for buffers.", save, true },
 };
 
 void printToolHelp (std::ostream& out)
@@ -234,7 +264,8 @@ void printToolHelp (std::ostream& out)
     out << "tov-state: reads, checks and converts State documents.\n\nCommands:\n";
     for (auto& command : commands)
         out << "  " << command.usage << "\n";
-    out << "\nEach command takes --help. \"-\" stands for standard input or output.\n";
+    out << "\nEach command takes --help. \"-\" stands for standard input or output. With --progress, the\n"
+           "commands that take it show their progress on standard error when it is a terminal.\n";
 }
 
 const Command* findCommand (const juce::String& name)
@@ -274,6 +305,14 @@ int main (int argc, char** argv)
     {
         std::cout << "usage: " << command->usage << "\n" << command->help << "\n";
         return 0;
+    }
+
+    std::unique_ptr<ProgressLine> line;
+    if (command->showsProgress && arguments.contains ("--progress"))
+    {
+        arguments.removeString ("--progress");
+        line = std::make_unique<ProgressLine> (true);
+        progressLine = line.get();
     }
 
     initializeTov();

@@ -51,6 +51,9 @@
 #include "Standard/StateObject.h"
 #include "Standard/SuccessStatus.h"
 #include "Standard/GroupIssue.h"
+#include "Standard/GroupTask.h"
+#include "Standard/NativeFile.h"
+#include "Standard/ProgressionStatistics.h"
 #include "Standard/Time.h"
 
 namespace tov
@@ -246,6 +249,11 @@ Library* createTovStandardLibrary()
     library->addClass<Program>();
     library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
+    library->addClass<NativeFile>();
+    library->addClass<TaskState>();
+    library->addClass<Task>();
+    library->addClass<GroupTask>();
+    library->addClass<ProgressionStatistics>();
     library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
     return library;
 }

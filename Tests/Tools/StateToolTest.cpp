@@ -36,6 +36,31 @@ protected:
         result.exitCode = WIFEXITED (status) ? WEXITSTATUS (status) : -1;
         return result;
     }
+
+    /** Runs tov-state with its standard streams on a pseudo-terminal, through script(1); what
+        the terminal received, with its line ends as the terminal makes them (CR LF). */
+    ToolRun runOnTerminal (const juce::String& arguments) const
+    {
+        const auto tool = juce::String (TOV_STATE_TOOL_PATH).quoted() + " " + arguments;
+        const auto command = "cd " + directory.getFullPathName().quoted() + " && script -qec " + tool.quoted ('\'')
+                           + " /dev/null </dev/null >terminal 2>&1";
+        const int status = std::system (command.toRawUTF8());
+        ToolRun result;
+        result.out = file ("terminal").loadFileAsString();
+        result.exitCode = WIFEXITED (status) ? WEXITSTATUS (status) : -1;
+        return result;
+    }
+
+    /** What stays visible of the last line on a terminal: the text after its last carriage
+        return, without the erase-to-end sequences. */
+    static juce::String lastVisibleLine (const juce::String& terminal)
+    {
+        // Split at line feeds only: a lone carriage return stays inside its line.
+        auto lines = juce::StringArray::fromTokens (terminal, "\n", "");
+        lines.removeEmptyStrings();
+        const auto last = lines[lines.size() - 1].trimCharactersAtEnd ("\r");
+        return last.fromLastOccurrenceOf ("\r", false, false).replace ("\x1b[K", "");
+    }
 };
 }
 
@@ -142,7 +167,7 @@ TEST_F (StateToolTest, HelpAndUsageErrors)
 {
     auto help = run ("--help");
     EXPECT_TRUE (help.out.startsWith ("tov-state: reads, checks and converts State documents.\n"));
-    EXPECT_TRUE (help.out.contains ("  tov-state from-binary [IN|-] [OUT|-]\n"));
+    EXPECT_TRUE (help.out.contains ("  tov-state from-binary [--progress] [IN|-] [OUT|-]\n"));
     EXPECT_EQ (help.exitCode, 0);
 
     auto commandHelp = run ("short --help");
@@ -157,4 +182,42 @@ TEST_F (StateToolTest, HelpAndUsageErrors)
     auto nothing = run ("");
     EXPECT_EQ (nothing.exitCode, 2);
     EXPECT_TRUE (nothing.err.startsWith ("tov-state: reads"));
+}
+
+TEST_F (StateToolTest, ProgressIsALineRewrittenInPlaceOnATerminal)
+{
+    write ("doc.txt", "{a = 1, list = {1, 2, 3}}");
+    auto result = runOnTerminal ("to-binary --progress doc.txt doc.bin");
+    EXPECT_EQ (result.exitCode, 0) << result.out;
+    EXPECT_TRUE (result.out.startsWith ("\r  0% Reading doc.txt\x1b[K\r 60% Converting to binary    (Remaining time: ")) << result.out;
+    EXPECT_TRUE (result.out.contains ("\r 80% Writing doc.bin    (Remaining time: ")) << result.out;
+    EXPECT_EQ (lastVisibleLine (result.out), "100% Converted doc.txt to binary");
+    EXPECT_EQ (run ("from-binary doc.bin").out, "{a = 1, list = {1, 2, 3}}\n");
+
+    result = runOnTerminal ("save --progress doc.txt saved.txt");
+    EXPECT_EQ (lastVisibleLine (result.out), "100% Saved saved.txt");
+    EXPECT_EQ (file ("saved.txt").loadFileAsString(), "{a = 1, list = {1, 2, 3}}\n");
+
+    result = runOnTerminal ("from-binary --progress doc.bin back.txt");
+    EXPECT_EQ (lastVisibleLine (result.out), "100% Converted doc.bin to text");
+}
+
+TEST_F (StateToolTest, AFailedStepTakesTheProgressLineAwayForItsError)
+{
+    auto result = runOnTerminal ("to-binary --progress missing.txt out.bin");
+    EXPECT_EQ (result.exitCode, 1);
+    EXPECT_EQ (lastVisibleLine (result.out), "");
+    EXPECT_TRUE (result.out.startsWith ("\r  0% Reading missing.txt\x1b[K\r\x1b[KError: File " + file ("missing.txt").getFullPathName()
+                                        + " does not exist\r\n")) << result.out;
+}
+
+TEST_F (StateToolTest, WithoutATerminalProgressShowsNothing)
+{
+    write ("doc.txt", "{a = 1}");
+    auto result = run ("to-binary --progress doc.txt doc.bin");
+    EXPECT_EQ (result.exitCode, 0);
+    EXPECT_EQ (result.err, "");
+    EXPECT_EQ (result.out, "");
+    EXPECT_EQ (run ("from-binary doc.bin").out, "{a = 1}\n");
+    EXPECT_EQ (runOnTerminal ("to-binary doc.txt doc.bin").out, "");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ExecutionContextView.h"
+#include "MillisecondClock.h"
 #include <cstdint>
 #include <vector>
 
@@ -20,9 +21,6 @@ namespace tov
 class TextExecutionContextView : public ExecutionContextView
 {
 public:
-    /** The clock of block timings, in milliseconds. */
-    using MillisecondClock = double (*)();
-
     TextExecutionContextView() = default;
 
     void enteredCallback (const juce::String& name) override;
@@ -57,7 +55,7 @@ private:
     std::vector<double> startTimes;
     std::vector<juce::String> names;
     bool pendingEndLine = false;
-    MillisecondClock clock = &juce::Time::getMillisecondCounterHiRes;
+    MillisecondClock clock = systemMillisecondClock;
 };
 
 } // namespace tov
