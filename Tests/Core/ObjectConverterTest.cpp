@@ -279,3 +279,20 @@ TEST_F (ObjectConverterTest, AvailableConvertersWithoutATargetAreThoseOfTheSourc
     converters().getAvailableConverters (full, available);
     EXPECT_EQ (available, (std::vector<ObjectConverter*> { converters().getConverter (1), converters().getConverter (2) }));
 }
+
+TEST_F (ObjectConverterTest, TheRegistryGoesWithTheLibraryTreeAndComesBackWithIt)
+{
+    deinitializeTov();
+    EXPECT_EQ (ObjectConverters::getInstanceWithoutCreating(), nullptr);
+    SetUp();
+    ASSERT_NE (ObjectConverters::getInstanceWithoutCreating(), nullptr);
+    EXPECT_EQ (converterClassNames(), juce::StringArray ({ "ShapeToLabelConverter", "AnythingToLabelConverter", "RectanglePointerConverter" }));
+}
+
+TEST_F (ObjectConverterTest, AConverterLeavesTheRegistryWithItsClass)
+{
+    Library::getRootLibrary()->removeLibrary ("ConverterTests");
+    EXPECT_EQ (converters().getNumConverters(), 0u);
+    SetUp();
+    EXPECT_EQ (converters().getNumConverters(), 3u);
+}

@@ -15,7 +15,6 @@ namespace
 class RemoteCallConnectionTest : public RemoteCallTestBase
 {
 protected:
-    std::vector<juce::String> lines;
     PeerService callerService { "Caller" };
     TestPeer& caller = callerService.addPeer (makeIdentifier (1));
     PeerService calleeService { "Callee" };
@@ -27,7 +26,6 @@ protected:
 
     void SetUp() override
     {
-        addLineRecordingView (callerService.context, lines);
         ASSERT_TRUE (connectThroughServerForwardingToProgram (server, client, clientListener));
         ASSERT_TRUE (callerService.startService (true));
         ASSERT_TRUE (calleeService.startService (false));

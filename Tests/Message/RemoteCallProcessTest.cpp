@@ -29,8 +29,8 @@ protected:
     {
         home.deleteRecursively();
         home.createDirectory();
-        addLineRecordingView (service.context, lines);
         ASSERT_TRUE (service.startService (true));
+        addLineRecordingView (service.context, lines);
         callee = std::make_unique<TestProcess> (juce::StringArray { juce::String (TOV_REMOTE_CALL_TEST_APPLICATION_PATH), juce::String (port) },
                                                 std::map<juce::String, juce::String> { { "HOME", home.getFullPathName() }, { "ProgramData", home.getFullPathName() } });
         ASSERT_TRUE (callee->waitForLine ("listening", 30000)) << callee->getOutput();
