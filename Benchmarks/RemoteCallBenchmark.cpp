@@ -22,6 +22,10 @@
 #include <cstdio>
 #include <iostream>
 #include <map>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 // Round trips of a remote call with a small argument and result (a singleton method that takes
 // an Integer and answers the next one), each timed on the caller's service thread from the
@@ -135,23 +139,76 @@ int runCallee()
 }
 
 //==============================================================================
+/** This program started with --callee, killed when it goes. */
+class FarProcess
+{
+public:
+    ~FarProcess()
+    {
+        if (processId <= 0)
+            return;
+        ::kill (processId, SIGKILL);
+        ::waitpid (processId, nullptr, 0);
+        ::close (output);
+    }
+
+    /** The port that the far process listens on, or -1. */
+    int start (const char* programPath)
+    {
+        int pipeEnds[2];
+        if (::pipe (pipeEnds) != 0)
+            return -1;
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init (&actions);
+        posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
+        posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
+        const std::string path = programPath;
+        char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> ("--callee"), nullptr };
+        // The far process starts with every signal at its default and none blocked, whatever
+        // this process's crash handler and threads have set.
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init (&attributes);
+        sigset_t none, all;
+        sigemptyset (&none);
+        sigfillset (&all);
+        posix_spawnattr_setsigmask (&attributes, &none);
+        posix_spawnattr_setsigdefault (&attributes, &all);
+        posix_spawnattr_setflags (&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        const int result = ::posix_spawn (&processId, path.c_str(), &actions, &attributes, arguments, environ);
+        posix_spawnattr_destroy (&attributes);
+        posix_spawn_file_actions_destroy (&actions);
+        ::close (pipeEnds[1]);
+        output = pipeEnds[0];
+        return result == 0 ? readPort() : -1;
+    }
+
+private:
+    pid_t processId = -1;
+    int output = -1;
+
+    int readPort()
+    {
+        std::string line;
+        char character;
+        while (::read (output, &character, 1) == 1 && character != '\n')
+            line += character;
+        return line.rfind ("port ", 0) == 0 ? std::stoi (line.substr (5)) : -1;
+    }
+};
+
 /** The in-process pair, and a caller that reaches the far process through a connection. */
 struct Setup
 {
     PacedPeerService callee { "callee", makeName ("callee") };
     CallerService nearCaller { "caller", *callee.peer.getIncomingMessageTarget() };
-    juce::ChildProcess farProcess;
     tov::benchmarks::ForwardingListener toProgram;
     tov::InterprocessConnection client;
     std::unique_ptr<CallerService> farCaller;
 
-    bool start (const juce::String& programPath)
+    bool start (int port)
     {
         callee.start();
         nearCaller.start();
-        if (! farProcess.start (juce::StringArray { programPath, "--callee" }))
-            return false;
-        const int port = readPort();
         if (port <= 0)
             return false;
         client.setListener (&toProgram);
@@ -170,7 +227,6 @@ struct Setup
         farCaller.reset();
         client.disconnect();
         client.setListener (nullptr);
-        farProcess.kill();
     }
 
     /** The bytes of a call's query envelop on the wire, frame header included. */
@@ -188,20 +244,6 @@ struct Setup
         return tov::benchmarks::frameOf (block, tov::InterprocessConnection::envelopMagicNumber);
     }
 
-private:
-    int readPort()
-    {
-        std::string output;
-        char buffer[64];
-        while (output.find ('\n') == std::string::npos)
-        {
-            const int got = farProcess.readProcessOutput (buffer, sizeof (buffer));
-            if (got <= 0)
-                return -1;
-            output.append (buffer, (size_t) got);
-        }
-        return output.rfind ("port ", 0) == 0 ? std::stoi (output.substr (5)) : -1;
-    }
 };
 
 Setup* setup = nullptr;
@@ -272,9 +314,13 @@ protected:
 
 int main (int argc, char** argv)
 {
-    const bool calleeMode = argc == 2 && juce::String (argv[1]) == "--callee";
+    const bool calleeMode = argc == 2 && std::string (argv[1]) == "--callee";
     if (! calleeMode && ! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
+    // Started before this process has threads and a program of its own, which a spawned
+    // process would inherit the state of.
+    FarProcess farProcess;
+    const int farPort = calleeMode ? 0 : farProcess.start (argv[0]);
 
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
     BenchmarkProgram program;
@@ -284,7 +330,7 @@ int main (int argc, char** argv)
         return runCallee();
     {
         Setup connected;
-        if (! connected.start (juce::File::getSpecialLocation (juce::File::currentExecutableFile).getFullPathName()))
+        if (! connected.start (farPort))
         {
             std::printf ("Could not start the far process or connect to it\n");
             return 1;
