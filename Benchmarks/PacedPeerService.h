@@ -3,9 +3,7 @@
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Network/InterprocessConnectionServer.h>
-#include <Tov/Standard/ExecutionContext.h>
-#include <Tov/Standard/Program.h>
-#include <Tov/Standard/Service.h>
+#include "BenchmarkService.h"
 #include <thread>
 
 namespace tov::benchmarks
@@ -14,15 +12,14 @@ namespace tov::benchmarks
 /** A service on a thread of its own with one peer, registered with the running program. Between
     passes it waits on its thread's event, which a post to its peer signals, or 10 ms: as an
     application's service does, it never spins. */
-class PacedPeerService : public Service
+class PacedPeerService : public RegisteredService
 {
 public:
     /** Takes ownership of the identifier. */
-    PacedPeerService (const juce::String& name, Object* identifier) : Service (name), peer (identifier) {}
+    PacedPeerService (const juce::String& name, Object* identifier) : RegisteredService (name), peer (identifier) {}
     ~PacedPeerService() override                            { stopService (5000); }
 
     void getPeers (std::vector<Peer*>& result) override     { result.push_back (&peer); }
-    ExecutionContext& getExecutionContext() override        { return context; }
 
     /** Starts the thread and waits until its peer's queue knows it, so that posts wake it. */
     void start()
@@ -35,25 +32,10 @@ public:
     Peer peer;
 
 protected:
-    bool serviceStarted() override
-    {
-        Program::get().registerService (*this);
-        return Service::serviceStarted();
-    }
-
-    void serviceStopped() override
-    {
-        Service::serviceStopped();
-        Program::get().unregisterService();
-    }
-
     void servicePostUpdated() override
     {
         Program::letCurrentThreadWaitAccordingToPowerSaveMode (10);
     }
-
-private:
-    ExecutionContext context;
 };
 
 /** A server on a port of 127.0.0.1 that the system chooses; what it receives goes to the program. */
