@@ -7,23 +7,13 @@
 namespace tov::benchmarks
 {
 
-/** A service with no peers and a silent context of its own, registered with the running
-    program for its thread, as an application's service is. Started on the caller's thread
-    when made, stopped when it goes. */
-class BenchmarkService : public Service
+/** A service with a silent context of its own, registered with the running program for the
+    thread it runs on, as an application's service is. */
+class RegisteredService : public Service
 {
 public:
-    explicit BenchmarkService (const juce::String& name = "Benchmark") : Service (name)
-    {
-        startService (true);
-    }
+    using Service::Service;
 
-    ~BenchmarkService() override
-    {
-        stopService (0);
-    }
-
-    void getPeers (std::vector<Peer*>&) override        {}
     ExecutionContext& getExecutionContext() override    { return context; }
 
 protected:
@@ -41,6 +31,24 @@ protected:
 
 private:
     ExecutionContext context;
+};
+
+/** A registered service with no peers, started on the caller's thread when made, stopped when
+    it goes. */
+class BenchmarkService : public RegisteredService
+{
+public:
+    explicit BenchmarkService (const juce::String& name = "Benchmark") : RegisteredService (name)
+    {
+        startService (true);
+    }
+
+    ~BenchmarkService() override
+    {
+        stopService (0);
+    }
+
+    void getPeers (std::vector<Peer*>&) override        {}
 };
 
 } // namespace tov::benchmarks

@@ -3,22 +3,17 @@
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/RemoteTargetIdentifier.h>
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
-#include <Tov/Network/FrameReader.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Network/InterprocessConnectionServer.h>
-#include <Tov/Network/TcpSocket.h>
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/Service.h>
 #include "MedianReporter.h"
+#include "PacedPeerService.h"
+#include "RawSocketPair.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <juce_events/juce_events.h>
-#include <condition_variable>
 #include <cstdio>
-#include <mutex>
-#include <thread>
-#include <fcntl.h>
-#include <sys/socket.h>
 
 // Envelops through a connection over loopback TCP, each against a raw POSIX socket carrying
 // frames of the same bytes in the same run (the limit of any connection):
@@ -36,41 +31,7 @@ namespace
 constexpr int numRepetitions = 9;
 constexpr int envelopsPerRound = 1000;
 
-/** Counts what arrives, and wakes whoever waits once the count it waits for is reached (not on
-    every arrival, which would add a wake-up of the timing thread to each item measured). */
-class Counter
-{
-public:
-    void add()
-    {
-        bool reached = false;
-        {
-            const std::lock_guard<std::mutex> lock (mutex);
-            reached = ++count == wanted;
-        }
-        if (reached)
-            arrived.notify_all();
-    }
-
-    void waitFor (int64_t awaited)
-    {
-        std::unique_lock<std::mutex> lock (mutex);
-        wanted = awaited;
-        arrived.wait (lock, [&] { return count >= wanted; });
-        wanted = -1;
-    }
-
-    int64_t get()
-    {
-        const std::lock_guard<std::mutex> lock (mutex);
-        return count;
-    }
-
-private:
-    std::mutex mutex;
-    std::condition_variable arrived;
-    int64_t count = 0, wanted = -1;
-};
+using Counter = tov::benchmarks::ArrivalCounter;
 
 Counter received, answered;
 
@@ -115,65 +76,15 @@ tov::Integer* makeIdentifier (int64_t value)
     return identifier;
 }
 
-/** A service on a thread of its own with one peer; its pass wakes when an envelop arrives. */
-class PeerService : public tov::Service
+/** A service on a thread of its own with one peer of that identifier. */
+class PeerService : public tov::benchmarks::PacedPeerService
 {
 public:
-    PeerService (const juce::String& name, int64_t identifier) : Service (name), peer (makeIdentifier (identifier)) {}
-    ~PeerService() override                                 { stopService (5000); }
-
-    void getPeers (std::vector<tov::Peer*>& result) override     { result.push_back (&peer); }
-    tov::ExecutionContext& getExecutionContext() override   { return context; }
-
-    tov::Peer peer;
-
-protected:
-    bool serviceStarted() override
-    {
-        tov::Program::get().registerService (*this);
-        return Service::serviceStarted();
-    }
-
-    void serviceStopped() override
-    {
-        Service::serviceStopped();
-        tov::Program::get().unregisterService();
-    }
-
-    /** Waits for the next envelop, as an application's service does between passes. */
-    void servicePostUpdated() override
-    {
-        tov::Program::letCurrentThreadWaitAccordingToPowerSaveMode (10);
-    }
-
-private:
-    tov::ExecutionContext context;
+    PeerService (const juce::String& name, int64_t identifier) : PacedPeerService (name, makeIdentifier (identifier)) {}
 };
 
-class Server : public tov::InterprocessConnectionServer
-{
-public:
-    ~Server() override                                          { tov::ExecutionContext context; stopServer (context); }
-
-protected:
-    void setServerStatus (const tov::SuccessStatus&) override   {}
-    juce::String getServerLocalIp() const override              { return tov::HostIdentifier::localhost; }
-    int getServerLocalPort() const override                     { return 0; }
-    tov::InterprocessConnection* createConnection() override    { return new tov::InterprocessConnection(); }
-    void processReceivedMessage (tov::InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
-    {
-        tov::Program::get().processReceivedNetworkMessage (connection, block);
-    }
-};
-
-class ToProgram : public tov::InterprocessConnectionListener
-{
-public:
-    void messagesReceived (tov::InterprocessConnection& connection, const juce::MemoryBlock& block) override
-    {
-        tov::Program::get().processReceivedNetworkMessage (connection, block);
-    }
-};
+using Server = tov::benchmarks::ForwardingServer;
+using ToProgram = tov::benchmarks::ForwardingListener;
 
 /** Two services, one peer each ("1" near, "2" far), a server and a client connected to it. */
 struct Setup
@@ -283,92 +194,14 @@ std::string pingFrame()
     juce::MemoryBlock block;
     envelop->saveToMemoryBlock (receiver, block);
     envelop->deleteThis();
-    std::string frame (tov::FrameReader::headerSize, '\0');
-    tov::FrameReader::writeHeader (tov::InterprocessConnection::envelopMagicNumber, (juce::uint32) block.getSize(), frame.data());
-    return frame + std::string (static_cast<const char*> (block.getData()), block.getSize());
+    return tov::benchmarks::frameOf (block, tov::InterprocessConnection::envelopMagicNumber);
 }
 
-bool sendAll (int handle, const char* data, size_t size)
-{
-    while (size > 0)
-    {
-        const auto sent = ::send (handle, data, size, MSG_NOSIGNAL);
-        if (sent <= 0)
-            return false;
-        data += sent;
-        size -= (size_t) sent;
-    }
-    return true;
-}
-
-/** A pair of blocking loopback sockets and a thread at the far end that reads frames, counts
-    them, and with echo set writes each one back. */
-class RawPair
+/** A raw socket pair that carries ping frames. */
+class RawPair : public tov::benchmarks::RawSocketPair
 {
 public:
-    explicit RawPair (bool echo) : frame (pingFrame())
-    {
-        auto listener = tov::TcpSocket::listen ("127.0.0.1", 0);
-        near = tov::TcpSocket::connect ("127.0.0.1", listener->getBoundPort(), 1000);
-        while ((far = listener->accept()) == nullptr)
-            std::this_thread::yield();
-        makeBlocking (near->getHandle());
-        makeBlocking (far->getHandle());
-        reader = std::thread ([this, echo] { readFrames (echo); });
-    }
-
-    ~RawPair()
-    {
-        near->shutdown();
-        reader.join();
-    }
-
-    void sendFrame()                                { sendAll (near->getHandle(), frame.data(), frame.size()); }
-
-    /** Reads one echoed frame on the near end. */
-    void readEcho()
-    {
-        std::string buffer (frame.size(), '\0');
-        size_t have = 0;
-        while (have < buffer.size())
-        {
-            const auto got = ::recv (near->getHandle(), buffer.data() + have, buffer.size() - have, 0);
-            if (got <= 0)
-                return;
-            have += (size_t) got;
-        }
-    }
-
-    Counter frames;
-
-private:
-    const std::string frame;
-    std::unique_ptr<tov::TcpSocket> near, far;
-    std::thread reader;
-
-    static void makeBlocking (int handle)
-    {
-        fcntl (handle, F_SETFL, fcntl (handle, F_GETFL, 0) & ~O_NONBLOCK);
-    }
-
-    void readFrames (bool echo)
-    {
-        std::vector<char> buffer (64 * 1024);
-        tov::FrameReader cutter (tov::InterprocessConnection::envelopMagicNumber);
-        const tov::FrameReader::BlockCallback count = [&] (const juce::MemoryBlock&)
-        {
-            if (echo)
-                sendAll (far->getHandle(), frame.data(), frame.size());
-            frames.add();
-        };
-        for (;;)
-        {
-            const auto got = ::recv (far->getHandle(), buffer.data(), buffer.size(), 0);
-            if (got <= 0)
-                return;
-            cutter.read (buffer.data(), (size_t) got, count);
-        }
-    }
+    explicit RawPair (bool echo) : RawSocketPair (pingFrame(), tov::InterprocessConnection::envelopMagicNumber, echo) {}
 };
 
 void rawSocketOneWay (benchmark::State& state)

@@ -8,7 +8,7 @@
 #include "BenchmarkService.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <mutex>

@@ -5,7 +5,7 @@
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/MessageTarget.h>
 #include <Tov/Message/Peer.h>
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Message/Transaction/History.h>
 #include <Tov/Message/Transaction/ScopedTransaction.h>
 #include <Tov/Standard/Program.h>

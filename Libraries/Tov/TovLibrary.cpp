@@ -1,6 +1,10 @@
 #include "TovLibrary.h"
 #include "Core/Library.h"
 #include "Core/ClassExpression.h"
+#include "Core/ConverterClassGenerators.h"
+#include "Core/Method.h"
+#include "Core/ObjectConverters.h"
+#include "Core/SingletonMethod.h"
 #include "Core/DynamicallyLinkedLibrary.h"
 #include "Core/ObjectSpace.h"
 #include "Atomic/Atomic.h"
@@ -15,7 +19,12 @@
 #include "Message/InterprocessConnectionMessageTarget.h"
 #include "Message/Peer.h"
 #include "Message/RemoteTargetIdentifier.h"
-#include "Message/ThreadAwareEnvelopQueueMessageTarget.h"
+#include "Message/RemoteCall/MethodRemoteCall.h"
+#include "Message/RemoteCall/RemoteCallQueryMessage.h"
+#include "Message/RemoteCall/RemoteCallResultMessage.h"
+#include "Message/RemoteCall/ReturnedValueCompletionRoutine.h"
+#include "Message/RemoteCall/SingletonMethodRemoteCall.h"
+#include "Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "Message/Transaction/CompositeTransaction.h"
 #include "Message/Transaction/CreateObjectMirroredTransaction.h"
 #include "Message/Transaction/DefaultTemporalTransaction.h"
@@ -44,6 +53,7 @@
 #include "Standard/Orientation.h"
 #include "Standard/PixelRectangle.h"
 #include "Standard/Program.h"
+#include "Standard/ProgramGetSoftwareVersionMethod.h"
 #include "Standard/Rational.h"
 #include "Standard/Seed.h"
 #include "Standard/Service.h"
@@ -66,14 +76,36 @@ static NamedLibrary* createSubLibrary (const juce::String& name, const juce::Str
     return new NamedLibrary (name, juce::File::getCurrentWorkingDirectory().getChildFile (directory));
 }
 
+/** The Core library also registers the converters' registry with the tree, and removes it,
+    which destroys it, when it goes. */
+class TovCoreLibrary : public NamedLibrary
+{
+public:
+    TovCoreLibrary() : NamedLibrary ("Core", juce::File::getCurrentWorkingDirectory().getChildFile (sourceRoot + "/Core"))
+    {
+        Library::addAutoDeclaredSingletons (ObjectConverters::getInstance());
+    }
+
+    ~TovCoreLibrary() override
+    {
+        reset();
+        Library::removeAutoDeclaredSingletons (ObjectConverters::getInstanceWithoutCreating());
+    }
+};
+
 Library* createTovCoreLibrary()
 {
-    auto* library = createSubLibrary ("Core", sourceRoot + "/Core");
+    auto* library = new TovCoreLibrary();
     library->addClass<Object>();
+    library->addClass<Method>();
+    library->addClass<SingletonMethod>();
     library->addClass<Class>();
     library->addClass<Library>();
     library->addClass<DynamicallyLinkedLibrary>();
     library->addClass<ObjectSpace>();
+    library->addClass<ObjectConverter>();
+    library->addClassGenerator ("Converter", new ConverterClassGenerator());
+    library->addClassGenerator ("OwnedPointerConverter", new OwnedPointerConverterClassGenerator());
     return library;
 }
 
@@ -198,8 +230,12 @@ Library* createTovMessageLibrary()
     library->addClass<Envelop>();
     library->addClass<Event>();
     library->addClass<MessageTarget>();
-    library->addClass<ThreadAwareEnvelopQueueMessageTarget>();
     library->addClass<InterprocessConnectionMessageTarget>();
+    library->addClass<AsyncCompletionRoutine>();
+    library->addClass<ReturnedValueCompletionRoutine>();
+    library->addClass<RemoteCall>();
+    library->addClass<MethodRemoteCall>();
+    library->addClass<SingletonMethodRemoteCall>();
     library->addClass<RemoteTargetIdentifier>();
     library->addClass<Peer>();
     library->addClass<Transaction>();
@@ -213,7 +249,11 @@ Library* createTovMessageLibrary()
     mirroring->addClass<MirroringMessage>();
     mirroring->addClass<DiffObjectSpaceMessage>();
     library->addLibrary (mirroring);
-    library->addLibrary (createSubLibrary ("RemoteCall", sourceRoot + "/Message/RemoteCall"));
+    auto* remoteCall = createSubLibrary ("RemoteCall", sourceRoot + "/Message/RemoteCall");
+    remoteCall->addClass<RemoteCallResultMessage>();
+    remoteCall->addClass<RemoteCallQueryMessage>();
+    remoteCall->addClass<ThreadAwareEnvelopQueueMessageTarget>();
+    library->addLibrary (remoteCall);
     return library;
 }
 
@@ -246,7 +286,9 @@ Library* createTovStandardLibrary()
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
     library->addClass<Service>();
+    library->addClass<ProgramMethod>();
     library->addClass<Program>();
+    library->addClass<ProgramGetSoftwareVersionMethod>();
     library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
     library->addClass<NativeFile>();

@@ -7,12 +7,13 @@
 //                                           "client pong out of order" should a pong overtake another
 // Both run until their standard input ends. Debug output (the server's log lines) goes to
 // standard error.
+#include "ApplicationSupport.h"
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Core/Library.h>
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/RemoteTargetIdentifier.h>
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Network/InterprocessConnectionServer.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Program.h>
@@ -39,13 +40,6 @@ void say (const juce::String& line)
     static std::mutex lock;
     const std::lock_guard<std::mutex> guard (lock);
     std::cout << line << std::endl;
-}
-
-String* makeName (const juce::String& name)
-{
-    auto* identifier = new String();
-    identifier->set (name, false);
-    return identifier;
 }
 
 /** Answers with a pong of its number. */
@@ -97,50 +91,7 @@ void PongMessage::process (ExecutionContext&, const Object&, MessageTarget&) con
 }
 
 //==============================================================================
-class EndService : public Service
-{
-public:
-    explicit EndService (const juce::String& name) : Service (name), peer (makeName (name)) {}
-
-    void getPeers (std::vector<Peer*>& result) override     { result.push_back (&peer); }
-    ExecutionContext& getExecutionContext() override        { return context; }
-
-    bool serviceStarted() override
-    {
-        Program::get().registerService (*this);
-        return Service::serviceStarted();
-    }
-
-    void serviceStopped() override
-    {
-        Service::serviceStopped();
-        Program::get().unregisterService();
-    }
-
-    Peer peer;
-    ExecutionContext context;
-};
-
-class Server : public InterprocessConnectionServer
-{
-public:
-    explicit Server (int p) : port (p) {}
-    ~Server() override                                      { ExecutionContext context; stopServer (context); }
-
-protected:
-    void setServerStatus (const SuccessStatus&) override     {}
-    juce::String getServerLocalIp() const override          { return HostIdentifier::localhost; }
-    int getServerLocalPort() const override                 { return port; }
-    InterprocessConnection* createConnection() override     { return new InterprocessConnection(); }
-    void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
-    {
-        Program::get().processReceivedNetworkMessage (connection, block);
-        envelopArrived.signal();
-    }
-
-private:
-    int port;
-};
+using EndService = applications::PeerEndService;
 
 class ClientListener : public InterprocessConnectionListener
 {
@@ -173,7 +124,7 @@ void runServer (int port)
 {
     EndService service ("server");
     service.startService (true);
-    Server server (port);
+    applications::ForwardingServer server (port, [] { envelopArrived.signal(); });
     if (! server.startServer (service.context))
         return say ("could not listen");
     say ("listening");

@@ -2,6 +2,7 @@
 // their failures come from the faults alone.
 #include <Tov/Atomic/Enumeration.h>
 #include <Tov/Atomic/String.h>
+#include <Tov/Core/Method.h>
 
 class Related : public tov::String
 {
@@ -30,6 +31,17 @@ public:
     tov::String name;
 };
 
+class DescribeMethod : public tov::Method
+{
+public:
+    TOV_DECLARE_CLASS (DescribeMethod, Method)
+    Object* callOnThis (Object&) const override     { return nullptr; }
+};
+
+TOV_BEGIN_CLASS (DescribeMethod)
+TOV_END_CLASS()
+
 TOV_BEGIN_CLASS (Holder)
     TOV_VARIABLE (name)
+    TOV_METHOD (describe, tov::String, DescribeMethod)
 TOV_END_CLASS()

@@ -8,7 +8,7 @@
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/Mirroring/DiffObjectSpaceMessage.h>
 #include <Tov/Message/Peer.h>
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <gtest/gtest.h>
 #include <atomic>
 #include <map>

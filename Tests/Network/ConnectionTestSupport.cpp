@@ -119,9 +119,31 @@ namespace
     };
 }
 
+bool connectClientForwardingToProgram (InterprocessConnection& client, RecordingConnectionListener& listener, int port)
+{
+    listener.forwardToProgram = true;
+    client.setListener (&listener);
+    client.connect (HostIdentifier ("127.0.0.1"), NetworkAddress ("127.0.0.1", (unsigned int) port), 1000);
+    return client.waitUntilIsConnected (20000);
+}
+
+bool connectThroughServerForwardingToProgram (TestServer& server, InterprocessConnection& client, RecordingConnectionListener& listener)
+{
+    server.forwardToProgram = true;
+    ExecutionContext context;
+    return server.startServer (context)
+        && connectClientForwardingToProgram (client, listener, server.getBoundPort())
+        && server.waitForConnections (1);
+}
+
+void addLineRecordingView (ExecutionContext& context, std::vector<juce::String>& lines)
+{
+    context.addView (new LineView (lines));
+}
+
 LineRecordingContext::LineRecordingContext()
 {
-    addView (new LineView (lines));
+    addLineRecordingView (*this, lines);
 }
 
 //==============================================================================

@@ -81,6 +81,18 @@ protected:
     void clientStarted (InterprocessConnection&) override   { events.add ("started"); }
 };
 
+/** Connects the client to 127.0.0.1:port through the listener, which hands the blocks that
+    arrive to the program; false unless it is connected within 20 s. */
+bool connectClientForwardingToProgram (InterprocessConnection& client, RecordingConnectionListener& listener, int port);
+
+/** Starts the server, handing what it receives to the program, connects the client to it in the
+    same way and takes the accepted connection in; false when any of it fails. */
+bool connectThroughServerForwardingToProgram (TestServer& server, InterprocessConnection& client, RecordingConnectionListener& listener);
+
+/** Writes each event of the context as a line into lines: "enter <name>", "leave",
+    "error <message>", "warning <message>", "information <message>". */
+void addLineRecordingView (ExecutionContext& context, std::vector<juce::String>& lines);
+
 /** A context that writes each event as a line: "enter <name>", "leave", "error <message>"... */
 class LineRecordingContext : public ExecutionContext
 {

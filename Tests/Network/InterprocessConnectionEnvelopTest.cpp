@@ -26,14 +26,7 @@ protected:
 
     void SetUp() override
     {
-        server.forwardToProgram = true;
-        clientListener.forwardToProgram = true;
-        client.setListener (&clientListener);
-        ExecutionContext context;
-        ASSERT_TRUE (server.startServer (context));
-        client.connect (HostIdentifier ("127.0.0.1"), NetworkAddress ("127.0.0.1", (unsigned int) server.getBoundPort()), 1000);
-        ASSERT_TRUE (client.waitUntilIsConnected (20000));
-        ASSERT_TRUE (server.waitForConnections (1));
+        ASSERT_TRUE (connectThroughServerForwardingToProgram (server, client, clientListener));
     }
 
     void TearDown() override

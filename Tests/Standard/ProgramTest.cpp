@@ -402,8 +402,11 @@ TEST (ProgramTest, ReflectsStartTimeAndSoftwareVersion)
 TEST (ProgramTest, GetSoftwareVersionGivesACloneAndCarriesItsHttpAttributes)
 {
     TestProgram program;
-    std::unique_ptr<SoftwareVersion> version (ProgramGetSoftwareVersionMethod::callOnThis (Program::get()));
-    EXPECT_NE (version.get(), &program.getSoftwareVersion());
+    ProgramGetSoftwareVersionMethod method;
+    std::unique_ptr<Object> result (method.callOnThis (Program::get()));
+    auto* version = dynamic_cast<SoftwareVersion*> (result.get());
+    ASSERT_NE (version, nullptr);
+    EXPECT_NE (version, &program.getSoftwareVersion());
     EXPECT_EQ (version->toString(), program.getSoftwareVersion().toString());
     EXPECT_STREQ (ProgramGetSoftwareVersionMethod::httpUri, "\"/api/live/softwareVersion\"");
     EXPECT_STREQ (ProgramGetSoftwareVersionMethod::httpVerb, "\"GET\"");

@@ -1,6 +1,7 @@
 #include "Class.h"
 #include "ClassExpression.h"
 #include "ClassRegistry.h"
+#include "Method.h"
 #include "../Standard/ExecutionContext.h"
 #include <juce_cryptography/juce_cryptography.h>
 #include <cxxabi.h>
@@ -172,7 +173,12 @@ void Class::addMemberVariable (Class* valueClass, const juce::String& name, bool
 void Class::addMethod (ExecutionContext& context, const juce::String& className, const juce::String& name,
                        bool readOnly, const Attributes& attributes)
 {
-    methods.push_back (makeSignature<MethodSignature> (resolveMemberClass (*this, context, className), name, readOnly, attributes));
+    addMethod (resolveMemberClass (*this, context, className), name, readOnly, attributes);
+}
+
+void Class::addMethod (Class* resultClass, const juce::String& name, bool readOnly, const Attributes& attributes)
+{
+    methods.push_back (makeSignature<MethodSignature> (resultClass, name, readOnly, attributes));
 }
 
 template <class Signatures>
@@ -588,6 +594,18 @@ Object* Class::createDefaultObject()
     return object;
 }
 
+Method* Class::createMethod (juce::StringRef name, Object* parent)
+{
+    // findMethod's 0 is taken for absent; its -1 reaches getMethodClass as an index past the end.
+    const int index = findMethod (name);
+    if (index == 0)
+        return nullptr;
+    auto* methodClass = getMethodClass ((size_t) (int64_t) index);
+    if (! Class::inheritsFrom (methodClass, &Method::staticClass))
+        return nullptr;
+    return static_cast<Method*> (methodClass->createObject (parent));
+}
+
 void Class::releaseDefaultObject()
 {
     const juce::ScopedLock lock (defaultObjectLock);
@@ -742,15 +760,32 @@ void declareAttributesFromText (Class& owner, ExecutionContext& context, Attribu
     }
 }
 
+// Each member's attributes go on the signature that add appends, labelled "Class::member".
+template <class AddSignature>
+static void declareMembers (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration,
+                            const std::vector<MemberDeclaration>& members, AddSignature&& add)
+{
+    for (auto& member : members)
+        declareAttributesFromText (owner, context, add (member), member.attributes,
+                                   juce::String (declaration.name) + "::" + member.name);
+}
+
 void declareMemberVariablesFromDeclaration (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration)
 {
-    for (auto& variable : declaration.variables)
+    declareMembers (owner, context, declaration, declaration.variables, [&owner] (const MemberDeclaration& variable)
     {
         owner.addMemberVariable (variable.valueClass(), variable.name, variable.readOnly);
-        auto* signature = owner.getMemberVariableSignature (owner.getNumMemberVariables() - 1);
-        declareAttributesFromText (owner, context, signature, variable.attributes,
-                                   juce::String (declaration.name) + "::" + variable.name);
-    }
+        return owner.getMemberVariableSignature (owner.getNumMemberVariables() - 1);
+    });
+}
+
+void declareMethodsFromDeclaration (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration)
+{
+    declareMembers (owner, context, declaration, declaration.methods, [&owner] (const MemberDeclaration& method)
+    {
+        owner.addMethod (method.valueClass(), method.name, method.readOnly);
+        return owner.getMethodSignature (owner.getNumMethods() - 1);
+    });
 }
 
 } // namespace tov

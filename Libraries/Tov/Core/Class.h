@@ -16,6 +16,7 @@ namespace tov
 class ClassExpression;
 class ExecutionContext;
 class Library;
+class Method;
 
 /** The metaclass: one instance per class of the object model.
 
@@ -90,6 +91,7 @@ public:
     void addMemberVariable (Class* valueClass, const juce::String& name, bool readOnly = false, const Attributes& attributes = {});
     void addMethod (ExecutionContext& context, const juce::String& className, const juce::String& name,
                     bool readOnly = false, const Attributes& attributes = {});
+    void addMethod (Class* resultClass, const juce::String& name, bool readOnly = false, const Attributes& attributes = {});
     /** Appends (shares) signatures of another class; a negative count means up to the end. */
     void importMemberVariables (const juce::String& className, size_t firstIndex, int count = -1);
     void importMethods (const juce::String& className, size_t firstIndex, int count = -1);
@@ -140,6 +142,10 @@ public:
     Object* createObject (Object* parent = nullptr);
     Object* getDefaultObject();
     void releaseDefaultObject();
+    /** A new method object of the method with that name, made by its getMethodClass. The index 0
+        counts as absent: the first method of a class cannot be made by name (callers never put a
+        method to be made by name first), and neither can an unknown one. */
+    Method* createMethod (juce::StringRef name, Object* parent = nullptr);
     void initializeObjectRecursively (Object* object, Object* defaultObject);
     void setDefaultValuesRecursively (Object* object);
 

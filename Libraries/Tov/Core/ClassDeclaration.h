@@ -24,19 +24,26 @@
             TOV_VARIABLE (port, { "default", "80" })
         TOV_END_CLASS()
 
+    A method is one line among them too, naming its result class and the Method class
+    that performs it (see Method.h):
+
+            TOV_METHOD (getSoftwareVersion, SoftwareVersion, ProgramGetSoftwareVersionMethod,
+                        { "httpUri", "\"/api/live/softwareVersion\"" })
+
     Attributes are written as the State text they stand for, next to what they
     describe. The companion metaclass NetworkAddress::NetworkAddressClass, the
     static instance NetworkAddress::staticClass, getStaticClass(), createInstance,
-    declareBaseClass, declareAttributes, declareMemberVariables and
-    getMemberVariable all come from these lines, and getMemberVariable maps
-    indices in declaration order, inherited members first, because one list
-    serves both.
+    declareBaseClass, declareAttributes, declareMemberVariables, declareMethods,
+    getMemberVariable and getMethodClass all come from these lines, and both
+    getters map indices in declaration order, inherited members first, because
+    one list serves both.
 */
 
 namespace tov
 {
 
 class Class;
+class Method;
 class Object;
 
 /** One attribute as written in a declaration: a name and the State text of its value. */
@@ -48,22 +55,35 @@ struct AttributeText
 
 using AttributeTextList = std::vector<AttributeText>;
 
-/** One member variable as written in a declaration. */
-struct VariableDeclaration
+/** One member as written in a declaration: a variable, reached through access, or a method,
+    made by its method class. valueClass is a variable's class or a method's result class. */
+struct MemberDeclaration
 {
     const char* name;
     Object* (*access) (Object* owner);
     Class* (*valueClass)();
+    Class* (*methodClass)();
     bool readOnly;
     AttributeTextList attributes;
+
+    bool isMethod() const noexcept                      { return methodClass != nullptr; }
 };
 
-/** Everything a TOV_BEGIN_CLASS block says about a class. */
+/** Everything a TOV_BEGIN_CLASS block says about a class. Variables and methods are written
+    in one list and kept apart here, each in the order of the list. */
 struct ClassDeclaration
 {
+    ClassDeclaration (const char* className, AttributeTextList classAttributes, std::vector<MemberDeclaration> members)
+        : name (className), attributes (std::move (classAttributes))
+    {
+        for (auto& member : members)
+            (member.isMethod() ? methods : variables).push_back (std::move (member));
+    }
+
     const char* name;
     AttributeTextList attributes;
-    std::vector<VariableDeclaration> variables;
+    std::vector<MemberDeclaration> variables;
+    std::vector<MemberDeclaration> methods;
 };
 
 template <class T, class MetaclassBase>
@@ -89,6 +109,14 @@ Class* classOf()
         return T::lookUpTemplateClass();
     else
         return &T::getStaticClass();
+}
+
+/** The class of a method class; only a Method can perform a method. */
+template <class T>
+Class* methodClassOf()
+{
+    static_assert (std::is_base_of_v<Method, T>, "A method's class must derive from Method");
+    return &T::getStaticClass();
 }
 
 /** True when Base is the declared base of Derived, as a C++ base (helper templates may stand
@@ -164,10 +192,16 @@ public:
     TOV_MEMBER_VARIABLE (member, true, __VA_ARGS__)
 
 #define TOV_MEMBER_VARIABLE(member, isReadOnly, ...) \
-    ::tov::VariableDeclaration { #member, \
+    ::tov::MemberDeclaration { #member, \
         [] (::tov::Object* owner) -> ::tov::Object* { return &static_cast<ThisType*> (owner)->member; }, \
-        &::tov::classOf<decltype (ThisType::member)>, \
+        &::tov::classOf<decltype (ThisType::member)>, nullptr, \
         isReadOnly, ::tov::AttributeTextList { __VA_ARGS__ } },
+
+/** A method of the class: its name, the class of its result, the Method class that performs
+    it (Class::getMethodClass gives it), and optional attributes, each { "name", "State text" }. */
+#define TOV_METHOD(methodName, ResultClass, MethodClass, ...) \
+    ::tov::MemberDeclaration { #methodName, nullptr, &::tov::classOf<ResultClass>, &::tov::methodClassOf<MethodClass>, \
+        false, ::tov::AttributeTextList { __VA_ARGS__ } },
 
 /** Closes TOV_BEGIN_CLASS. */
 #define TOV_END_CLASS() \

@@ -167,8 +167,13 @@ void ClassRegistry::releaseGeneratedDefaultObjects (const juce::String& generato
             generated->releaseDefaultObject();
 }
 
+// Once only: a second tree built beside the first (a program started while the tree of a tool
+// is there) registers the same process-wide singletons again.
 void ClassRegistry::addAutoDeclaredSingletons (AutoDeclaredSingletons* singletons)
 {
+    for (auto& registered : autoDeclaredSingletons)
+        if (registered.get() == singletons)
+            return;
     autoDeclaredSingletons.emplace_back (singletons);
 }
 

@@ -15,6 +15,8 @@ void declareAttributesFromText (Class& owner, ExecutionContext& context, Attribu
 
 /** Declares the member variables that a TOV_BEGIN_CLASS block lists. */
 void declareMemberVariablesFromDeclaration (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration);
+/** Declares the methods that a TOV_BEGIN_CLASS block lists. */
+void declareMethodsFromDeclaration (Class& owner, ExecutionContext& context, const ClassDeclaration& declaration);
 
 /** The metaclass that the declaration macros make for a C++ class T.
 
@@ -41,7 +43,7 @@ public:
         if constexpr (std::is_void_v<typename T::Super>)
             return nullptr;
         else
-            return &T::Super::getStaticClass();
+            return classOf<typename T::Super>();
     }
 
     Object* createInstance() const override
@@ -62,6 +64,16 @@ public:
         return object != nullptr && index < variables.size() ? variables[index].access (object) : nullptr;
     }
 
+    Class* getMethodClass (size_t index) const override
+    {
+        const size_t inherited = this->getBaseClassNumMethods();
+        if (index < inherited)
+            return MetaclassBase::getMethodClass (index);
+        const auto& methods = T::getClassDeclaration().methods;
+        index -= inherited;
+        return index < methods.size() ? methods[index].methodClass() : nullptr;
+    }
+
     void declareAttributes (ExecutionContext& context) override
     {
         MetaclassBase::declareAttributes (context);
@@ -72,6 +84,12 @@ public:
     {
         MetaclassBase::declareMemberVariables (context);
         declareMemberVariablesFromDeclaration (*this, context, T::getClassDeclaration());
+    }
+
+    void declareMethods (ExecutionContext& context) override
+    {
+        MetaclassBase::declareMethods (context);
+        declareMethodsFromDeclaration (*this, context, T::getClassDeclaration());
     }
 };
 

@@ -5,6 +5,8 @@
 #include "ObjectSpace.h"
 #include "StateObjectExporter.h"
 #include "ComputeHashObjectExporter.h"
+#include "ObjectConverter.h"
+#include "ObjectConverters.h"
 #include "../Container/ObjectOwnedVector.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include "../Pointer/ObjectWeakPointer.h"
@@ -418,15 +420,24 @@ Object* Object::clone (Object* newParent) const
     return copy;
 }
 
+// Converters are asked only once their registry exists: asking must not make it.
+static bool hasConverter (const Object& object, Class* targetClass)
+{
+    auto* converters = ObjectConverters::getInstanceWithoutCreating();
+    return converters != nullptr && converters->isConvertibleTo (object, targetClass);
+}
+
 bool Object::isConvertibleTo (const Object& target) const
 {
-    if (getClass() == target.getClass())
+    if (getClass() == target.getClass() || hasConverter (*this, target.getClass()))
         return true;
     return target.isConvertibleFrom (*this);
 }
 
 bool Object::isConvertibleTo (Class* targetClass) const
 {
+    if (targetClass != nullptr && hasConverter (*this, targetClass))
+        return true;
     auto* defaultObject = targetClass != nullptr ? targetClass->getDefaultObject() : nullptr;
     return defaultObject != nullptr && isConvertibleTo (*defaultObject);
 }
@@ -443,6 +454,22 @@ void Object::convertToObject (Object& target) const
         copyTo (target);
     else
         target.convertFrom (*this);
+}
+
+bool Object::convertTo (Object& target) const
+{
+    return convertTo (ExecutionContext::get(), target);
+}
+
+bool Object::convertTo (ExecutionContext& context, Object& target) const
+{
+    auto* converters = ObjectConverters::getInstanceWithoutCreating();
+    return convertTo (context, target, converters != nullptr ? converters->getFirstConverter (*this, target.getClass()) : nullptr);
+}
+
+bool Object::convertTo (ExecutionContext& context, Object& target, const ObjectConverter* converter) const
+{
+    return converter == nullptr || converter->convert (context, *this, target, 0);
 }
 
 //==============================================================================

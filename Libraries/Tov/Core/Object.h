@@ -15,6 +15,7 @@ namespace tov
 
 class Class;
 class ExecutionContext;
+class ObjectConverter;
 class MemberSignature;
 class ObjectExporter;
 class ObjectImporter;
@@ -179,6 +180,13 @@ public:
     virtual bool isConvertibleFrom (const Object&) const  { return false; }
     virtual void convertFrom (const Object&)              {}
     virtual void convertToObject (Object& target) const;
+    /** Converts into the target with the first converter that ObjectConverters has for the
+        target's class, reporting on the calling thread's context. No converter is nothing to
+        do: true, and the target stays as it was. */
+    bool convertTo (Object& target) const;
+    bool convertTo (ExecutionContext& context, Object& target) const;
+    /** A null converter leaves the target as it was and answers true. */
+    bool convertTo (ExecutionContext& context, Object& target, const ObjectConverter* converter) const;
 
     //==============================================================================
     // Saving and loading

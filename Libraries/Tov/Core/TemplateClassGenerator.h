@@ -4,6 +4,7 @@
 #include "ClassGenerator.h"
 #include <atomic>
 #include <initializer_list>
+#include <type_traits>
 #include <vector>
 
 namespace tov
@@ -86,7 +87,15 @@ public:
         explicit GeneratedClass (const char* friendlyNameExpression) : friendlyNameExpression (friendlyNameExpression) {}
 
         Class* declareBaseClass() override            { return &Base::staticClass; }
-        Object* createInstance() const override       { return new Base(); }
+        /** A generated class of an abstract base is abstract: concrete classes derive from it. */
+        bool isAbstract() const override              { return std::is_abstract_v<Base>; }
+        Object* createInstance() const override
+        {
+            if constexpr (std::is_abstract_v<Base>)
+                return nullptr;
+            else
+                return new Base();
+        }
         void declareAttributes (ExecutionContext& context) override
         {
             TemplateGeneratedClass::declareAttributes (context);

@@ -1,7 +1,7 @@
 #include "Event.h"
 #include "Envelop.h"
 #include "Peer.h"
-#include "ThreadAwareEnvelopQueueMessageTarget.h"
+#include "RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "../Standard/Program.h"
 
 namespace tov

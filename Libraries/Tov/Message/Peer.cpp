@@ -1,6 +1,7 @@
 #include "Peer.h"
 #include "Envelop.h"
-#include "ThreadAwareEnvelopQueueMessageTarget.h"
+#include "RemoteCall/CompletionRoutineTable.h"
+#include "RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "Mirroring/DiffObjectSpaceMessage.h"
 #include "Mirroring/MirroringMessage.h"
 #include "../Atomic/Integer.h"
@@ -17,6 +18,7 @@ TOV_BEGIN_CLASS (Peer)
 TOV_END_CLASS()
 
 Peer::Peer (Object* identifier)
+    : completionRoutines (std::make_unique<CompletionRoutineTable>())
 {
     setMultiThreadSafe (true);
     incomingMessageTarget = new ThreadAwareEnvelopQueueMessageTarget (identifier);
@@ -29,6 +31,8 @@ Peer::~Peer()
 {
     if (! isClassDefaultObject() && Program::isStillRunning())
         Program::get().unregisterPeer (*this);
+    completionRoutines->cancelAll();
+    completionRoutines.reset();
     incomingMessageTarget->deleteThis();
 }
 
@@ -48,6 +52,27 @@ bool Peer::storeIdentifierAndRegisterToPeerManager (const Object& identifier)
     if (! incomingMessageTarget->storeIdentifier (identifier))
         return false;
     return Program::isStillRunning() && Program::get().registerPeer (*this);
+}
+
+//==============================================================================
+void Peer::pushCompletionRoutine (const Object& callIdentifier, AsyncCompletionRoutine& routine)
+{
+    completionRoutines->push (callIdentifier, routine);
+}
+
+AsyncCompletionRoutine* Peer::popCompletionRoutineFromIdentifier (const Object& callIdentifier)
+{
+    return completionRoutines->pop (callIdentifier);
+}
+
+void Peer::cancelAllCompletionRoutines()
+{
+    completionRoutines->cancelAll();
+}
+
+size_t Peer::getNumCompletionRoutines() const
+{
+    return completionRoutines->size();
 }
 
 //==============================================================================

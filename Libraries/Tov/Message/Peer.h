@@ -2,12 +2,16 @@
 
 #include "../Core/Object.h"
 #include "../Core/ObjectSpaceProvider.h"
+#include <atomic>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace tov
 {
 
+class AsyncCompletionRoutine;
+class CompletionRoutineTable;
 class DiffObjectSpaceMessage;
 class Envelop;
 class ExecutionContext;
@@ -28,8 +32,8 @@ public:
     /** Takes ownership of the identifier and registers with the program when it is not null;
         a peer made without one registers through storeIdentifierAndRegisterToPeerManager. */
     explicit Peer (Object* identifier = nullptr);
-    /** Unregisters (unless it is a class default object or the program has stopped), then
-        deletes its incoming target with the envelops still queued. */
+    /** Unregisters (unless it is a class default object or the program has stopped), cancels
+        the calls still waiting, then deletes its incoming target with the envelops still queued. */
     ~Peer() override;
 
     /** The peer of an object: starting from the parent of the object's space, or from the
@@ -47,6 +51,20 @@ public:
     void processIncomingMessages (ExecutionContext& context);
     /** Deletes the queued envelops unprocessed. */
     void clearIncomingMessages();
+
+    //==============================================================================
+    // The completion routines of this peer's remote calls that wait for an answer (RemoteCall.h)
+    /** Enters the routine under a copy of the identifier; an entry with an equal one is given
+        the new routine. */
+    void pushCompletionRoutine (const Object& callIdentifier, AsyncCompletionRoutine& routine);
+    /** Takes the entry out: its routine, or null when there is none or the routine has died. */
+    AsyncCompletionRoutine* popCompletionRoutineFromIdentifier (const Object& callIdentifier);
+    /** Completes every waiting routine with a null result, with the table's lock held, and
+        empties the table. */
+    void cancelAllCompletionRoutines();
+    size_t getNumCompletionRoutines() const;
+    /** 0, 1, 2...: the identifiers of calls that are given none. */
+    uint64_t getNewAutomaticRemoteCallIdentifier() noexcept   { return nextAutomaticRemoteCallIdentifier++; }
 
     //==============================================================================
     /** The first of the peer's spaces with that name, or null. */
@@ -69,6 +87,8 @@ private:
     mutable std::vector<ObjectSpace*> spaces;
     mutable bool spaceCacheIsValid = false;
     ThreadAwareEnvelopQueueMessageTarget* incomingMessageTarget = nullptr;
+    std::unique_ptr<CompletionRoutineTable> completionRoutines;
+    std::atomic<uint64_t> nextAutomaticRemoteCallIdentifier { 0 };
 
     void updateObjectSpaceCacheIfNeeded() const;
     template <class Operation>

@@ -5,7 +5,7 @@
 #include "../Standard/ExecutionContext.h"
 #include "Peer.h"
 #include "RemoteTargetIdentifier.h"
-#include "ThreadAwareEnvelopQueueMessageTarget.h"
+#include "RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "../Core/Class.h"
 
 namespace tov

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "IdentifierMap.h"
 #include "../Pointer/WeakPointer.h"
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 #include <vector>
 
 namespace tov
@@ -81,15 +81,7 @@ public:
     size_t getNumPeers() const;
 
 private:
-    struct IdentifierHash
-    {
-        size_t operator() (const Object* identifier) const     { return (size_t) identifier->computeHash(); }
-    };
-    struct IdentifierEquality
-    {
-        bool operator() (const Object* a, const Object* b) const { return a->equals (*b); }
-    };
-    using Entries = std::unordered_map<Object*, std::unique_ptr<WeakPointer<Peer>>, IdentifierHash, IdentifierEquality>;
+    using Entries = IdentifierMap<std::unique_ptr<WeakPointer<Peer>>>;
 
     mutable std::mutex lock;
     Entries entries;

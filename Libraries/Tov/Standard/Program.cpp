@@ -1,4 +1,5 @@
 #include "Program.h"
+#include "ProgramGetSoftwareVersionMethod.h"
 #include "LoggerExecutionContextView.h"
 #include "TextDrawingWarmUp.h"
 #include "TimeText.h"
@@ -16,11 +17,10 @@ namespace tov
 TOV_BEGIN_CLASS (Program)
     TOV_VARIABLE (startTime)
     TOV_VARIABLE (softwareVersion)
+    TOV_METHOD (getSoftwareVersion, SoftwareVersion, ProgramGetSoftwareVersionMethod,
+                { "httpUri", ProgramGetSoftwareVersionMethod::httpUri },
+                { "httpVerb", ProgramGetSoftwareVersionMethod::httpVerb })
 TOV_END_CLASS()
-
-// The reflected method getSoftwareVersion ({ "httpUri", "\"/api/live/softwareVersion\"" },
-// { "httpVerb", "\"GET\"" }) is declared here once singleton methods exist; its body is
-// ProgramGetSoftwareVersionMethod::callOnThis.
 
 std::atomic<Program*> Program::instance { nullptr };
 std::atomic<bool> Program::powerSaveMode { false };

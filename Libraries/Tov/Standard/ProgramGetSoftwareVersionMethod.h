@@ -1,23 +1,24 @@
 #pragma once
 
-#include "Program.h"
+#include "ProgramMethod.h"
 
 namespace tov
 {
 
-/** The body and the attributes of the program's remote-callable getSoftwareVersion.
-
-    It becomes the reflected singleton method class (base ProgramMethod, whose singleton is
-    Program::get()) once methods exist; the class carries the same two attributes as the
-    method of Program.
-*/
-struct ProgramGetSoftwareVersionMethod
+/** Performs the program's getSoftwareVersion, locally or as a remote call: its result is a
+    clone of the program's SoftwareVersion. The class carries the same HTTP attributes as the
+    method of Program, for the applications' servers that serve such methods. */
+class ProgramGetSoftwareVersionMethod : public ProgramMethod
 {
+public:
+    TOV_DECLARE_CLASS (ProgramGetSoftwareVersionMethod, ProgramMethod)
+
+    /** The State texts of the attributes "httpUri" and "httpVerb". */
     static constexpr const char* httpUri = "\"/api/live/softwareVersion\"";
     static constexpr const char* httpVerb = "\"GET\"";
 
-    /** A clone of the program's version, which the caller owns. */
-    static SoftwareVersion* callOnThis (const Program& program)  { return new SoftwareVersion (program.getSoftwareVersion()); }
+    /** A new SoftwareVersion, which the caller owns; null when the object is no Program. */
+    Object* callOnThis (Object& object) const override;
 };
 
 } // namespace tov

@@ -4,7 +4,7 @@
 #include "Program.h"
 #include "../Core/ObjectSpace.h"
 #include "../Message/Peer.h"
-#include "../Message/ThreadAwareEnvelopQueueMessageTarget.h"
+#include "../Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 
 namespace tov

@@ -1,5 +1,5 @@
 #include "TransactionTestSupport.h"
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Core/StateObjectExporter.h>
 #include <Tov/Message/Transaction/ScopedTransaction.h>
 

@@ -8,7 +8,7 @@
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/MessageTarget.h>
 #include <Tov/Message/Peer.h>
-#include <Tov/Message/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Message/Transaction/History.h>
 #include <Tov/Pointer/OwnedPointer.h>
 #include <Tov/Pointer/WeakPointer.h>

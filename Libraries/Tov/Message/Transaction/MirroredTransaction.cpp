@@ -6,7 +6,7 @@
 #include "../MessageTarget.h"
 #include "../Mirroring/MirroringMessage.h"
 #include "../Peer.h"
-#include "../ThreadAwareEnvelopQueueMessageTarget.h"
+#include "../RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "../../Atomic/Number.h"
 #include "../../Atomic/String.h"
 #include "../../Container/ObjectOwnedVector.h"

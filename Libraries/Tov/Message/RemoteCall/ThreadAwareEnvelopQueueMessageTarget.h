@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MessageTarget.h"
+#include "../MessageTarget.h"
 #include <atomic>
 #include <mutex>
 #include <vector>

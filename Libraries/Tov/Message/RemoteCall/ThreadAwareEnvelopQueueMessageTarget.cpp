@@ -1,5 +1,5 @@
 #include "ThreadAwareEnvelopQueueMessageTarget.h"
-#include "Envelop.h"
+#include "../Envelop.h"
 
 namespace tov
 {

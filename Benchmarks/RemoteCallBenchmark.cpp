@@ -1,0 +1,355 @@
+#include <Tov/Atomic/Atomic.h>
+#include <Tov/Core/Library.h>
+#include <Tov/Core/SingletonMethod.h>
+#include <Tov/Message/InterprocessConnectionMessageTarget.h>
+#include <Tov/Message/Envelop.h>
+#include <Tov/Message/Peer.h>
+#include <Tov/Message/RemoteCall/RemoteCallQueryMessage.h>
+#include <Tov/Message/RemoteCall/SingletonMethodRemoteCall.h>
+#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
+#include <Tov/Network/InterprocessConnectionServer.h>
+#include <Tov/Standard/Program.h>
+#include <Tov/Standard/Service.h>
+#include "MedianReporter.h"
+#include "PacedPeerService.h"
+#include "RandomInterleaving.h"
+#include "RawSocketPair.h"
+#include <benchmark/benchmark.h>
+#include <juce_events/juce_events.h>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// Round trips of a remote call with a small argument and result (a singleton method that takes
+// an Integer and answers the next one), each timed on the caller's service thread from the
+// call to the result in its hands:
+// - in process: the caller's service and the callee's service on threads of their own;
+// - loopback: the callee in a second process (this program, started with --callee), reached
+//   through a client connection and the server's accepted connection;
+// against the raw socket ping-pong of the same bytes (the frame of the call's query envelop)
+// in the same run. Services pace their loops as an application's do: between passes each
+// waits on its thread's event, which a post to its peer signals; nothing spins.
+// Prints the median and the 99th percentile of each kind of round trip, and their ratios.
+
+namespace
+{
+
+constexpr int numRepetitions = 9;
+constexpr int callsPerIteration = 100;
+
+/** Answers value + 1 as a new Integer; the program is its singleton. */
+class NextIntegerMethod : public tov::SingletonMethod
+{
+public:
+    TOV_DECLARE_CLASS (NextIntegerMethod, SingletonMethod)
+    tov::Integer value;
+
+    Object* getSingleton() const override               { return &tov::Program::get(); }
+    Object* callOnThis (Object&) const override         { return new tov::Integer (value.get() + 1); }
+};
+
+TOV_BEGIN_CLASS (NextIntegerMethod)
+    TOV_VARIABLE (value)
+TOV_END_CLASS()
+
+tov::String* makeName (const juce::String& name)
+{
+    auto* identifier = new tov::String();
+    identifier->set (name, false);
+    return identifier;
+}
+
+using tov::benchmarks::PacedPeerService;
+
+/** Makes batches of calls on its own thread when asked, timing each one. */
+class CallerService : public PacedPeerService
+{
+public:
+    CallerService (const juce::String& name, tov::MessageTarget& callee) : PacedPeerService (name, makeName (name)), target (callee) {}
+
+    /** Runs that many calls in the service's next pass and waits until they are done. */
+    void callAndWait (int count)
+    {
+        const auto before = batches.get();
+        requested = count;
+        peer.getIncomingMessageTarget()->getThread()->notify();
+        batches.waitFor (before + 1);
+    }
+
+    /** The round trips so far, in nanoseconds; read between batches only. */
+    std::vector<double> roundTrips;
+    std::atomic<int> numFailures { 0 };
+
+protected:
+    bool serviceUpdated() override
+    {
+        Service::serviceUpdated();
+        // The nested passes of the calls' waits find nothing asked.
+        if (const int count = requested.exchange (0))
+            runCalls (count);
+        return true;
+    }
+
+private:
+    tov::MessageTarget& target;
+    std::atomic<int> requested { 0 };
+    tov::benchmarks::ArrivalCounter batches;
+
+    void runCalls (int count)
+    {
+        for (int i = 0; i < count; ++i)
+        {
+            auto* method = new NextIntegerMethod();
+            method->value.set (i, false);
+            tov::SingletonMethodRemoteCall call (method);
+            const auto start = std::chrono::steady_clock::now();
+            auto* result = call.callPerform (peer, target, 5000, nullptr);
+            roundTrips.push_back ((double) std::chrono::duration_cast<std::chrono::nanoseconds> (std::chrono::steady_clock::now() - start).count());
+            if (result == nullptr || static_cast<tov::Integer*> (result)->get() != i + 1)
+                ++numFailures;
+            if (result != nullptr)
+                result->deleteThis();
+        }
+        batches.add();
+    }
+};
+
+/** The far process: a callee service and a server, until it is killed. */
+int runCallee()
+{
+    PacedPeerService callee ("callee", makeName ("callee"));
+    callee.start();
+    tov::benchmarks::ForwardingServer server;
+    tov::ExecutionContext context;
+    if (! server.startServer (context))
+        return 1;
+    std::cout << "port " << server.getBoundPort() << std::endl;
+    for (;;)
+    {
+        server.updateServer();
+        juce::Thread::sleep (50);
+    }
+}
+
+//==============================================================================
+/** This program started with --callee, killed when it goes. */
+class FarProcess
+{
+public:
+    ~FarProcess()
+    {
+        if (processId <= 0)
+            return;
+        ::kill (processId, SIGKILL);
+        ::waitpid (processId, nullptr, 0);
+        ::close (output);
+    }
+
+    /** The port that the far process listens on, or -1. */
+    int start (const char* programPath)
+    {
+        int pipeEnds[2];
+        if (::pipe (pipeEnds) != 0)
+            return -1;
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init (&actions);
+        posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
+        posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
+        const std::string path = programPath;
+        char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> ("--callee"), nullptr };
+        // The far process starts with every signal at its default and none blocked, whatever
+        // this process's crash handler and threads have set.
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init (&attributes);
+        sigset_t none, all;
+        sigemptyset (&none);
+        sigfillset (&all);
+        posix_spawnattr_setsigmask (&attributes, &none);
+        posix_spawnattr_setsigdefault (&attributes, &all);
+        posix_spawnattr_setflags (&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        const int result = ::posix_spawn (&processId, path.c_str(), &actions, &attributes, arguments, environ);
+        posix_spawnattr_destroy (&attributes);
+        posix_spawn_file_actions_destroy (&actions);
+        ::close (pipeEnds[1]);
+        output = pipeEnds[0];
+        return result == 0 ? readPort() : -1;
+    }
+
+private:
+    pid_t processId = -1;
+    int output = -1;
+
+    int readPort()
+    {
+        std::string line;
+        char character;
+        while (::read (output, &character, 1) == 1 && character != '\n')
+            line += character;
+        return line.rfind ("port ", 0) == 0 ? std::stoi (line.substr (5)) : -1;
+    }
+};
+
+/** The in-process pair, and a caller that reaches the far process through a connection. */
+struct Setup
+{
+    PacedPeerService callee { "callee", makeName ("callee") };
+    CallerService nearCaller { "caller", *callee.peer.getIncomingMessageTarget() };
+    tov::benchmarks::ForwardingListener toProgram;
+    tov::InterprocessConnection client;
+    std::unique_ptr<CallerService> farCaller;
+
+    bool start (int port)
+    {
+        callee.start();
+        nearCaller.start();
+        if (port <= 0)
+            return false;
+        client.setListener (&toProgram);
+        client.connect (tov::HostIdentifier ("127.0.0.1"), tov::NetworkAddress ("127.0.0.1", (unsigned int) port), 1000);
+        if (! client.waitUntilIsConnected (20000))
+            return false;
+        tov::String far;
+        far.set ("callee", false);
+        farCaller = std::make_unique<CallerService> ("loopbackCaller", tov::InterprocessConnectionMessageTarget::getOrCreateThrough (client, far));
+        farCaller->start();
+        return true;
+    }
+
+    ~Setup()
+    {
+        farCaller.reset();
+        client.disconnect();
+        client.setListener (nullptr);
+    }
+
+    /** The bytes of a call's query envelop on the wire, frame header included. */
+    std::string queryFrame()
+    {
+        auto* method = new NextIntegerMethod();
+        method->value.set (7, false);
+        auto* query = new tov::RemoteCallQueryMessage (new tov::SingletonMethodRemoteCall (method), new tov::PositiveInteger (12345));
+        auto* envelop = nearCaller.peer.getIncomingMessageTarget()->createEnvelopAsSender (query, nullptr);
+        tov::ObjectOwnedPointer receiver;
+        receiver.set (makeName ("callee"), false);
+        juce::MemoryBlock block;
+        envelop->saveToMemoryBlock (receiver, block);
+        envelop->deleteThis();
+        return tov::benchmarks::frameOf (block, tov::InterprocessConnection::envelopMagicNumber);
+    }
+
+};
+
+Setup* setup = nullptr;
+std::vector<double> rawRoundTrips;
+
+void remoteCallInProcess (benchmark::State& state)
+{
+    for (auto _ : state)
+        setup->nearCaller.callAndWait (callsPerIteration);
+    state.SetItemsProcessed ((int64_t) state.iterations() * callsPerIteration);
+}
+
+void remoteCallLoopback (benchmark::State& state)
+{
+    for (auto _ : state)
+        setup->farCaller->callAndWait (callsPerIteration);
+    state.SetItemsProcessed ((int64_t) state.iterations() * callsPerIteration);
+}
+
+void rawSocketRoundTrip (benchmark::State& state)
+{
+    tov::benchmarks::RawSocketPair pair (setup->queryFrame(), tov::InterprocessConnection::envelopMagicNumber, true);
+    for (auto _ : state)
+        for (int i = 0; i < callsPerIteration; ++i)
+        {
+            const auto start = std::chrono::steady_clock::now();
+            pair.sendFrame();
+            pair.readEcho();
+            rawRoundTrips.push_back ((double) std::chrono::duration_cast<std::chrono::nanoseconds> (std::chrono::steady_clock::now() - start).count());
+        }
+    state.SetItemsProcessed ((int64_t) state.iterations() * callsPerIteration);
+}
+
+//==============================================================================
+double percentile (std::vector<double> samples, double fraction)
+{
+    if (samples.empty())
+        return 0.0;
+    std::sort (samples.begin(), samples.end());
+    return samples[std::min (samples.size() - 1, (size_t) (fraction * (double) (samples.size() - 1) + 0.5))];
+}
+
+void printRow (const char* title, const std::vector<double>& samples, const std::vector<double>& raw)
+{
+    const double median = percentile (samples, 0.5), p99 = percentile (samples, 0.99);
+    const double rawMedian = percentile (raw, 0.5), rawP99 = percentile (raw, 0.99);
+    std::printf ("%-34s %8zu calls   median %8.1f us  p99 %8.1f us   raw socket median %6.1f us  p99 %6.1f us   ratio median %5.2f  p99 %5.2f\n",
+                 title, samples.size(), median / 1000.0, p99 / 1000.0, rawMedian / 1000.0, rawP99 / 1000.0,
+                 rawMedian > 0 ? median / rawMedian : 0.0, rawP99 > 0 ? p99 / rawP99 : 0.0);
+    std::fflush (stdout);
+}
+
+class BenchmarkProgram : public tov::Program
+{
+public:
+    BenchmarkProgram() : Program ("RemoteCallBenchmark", "main", 1, 0, 0, {}) {}
+
+protected:
+    void addLibraries (tov::Library& root) override
+    {
+        auto* library = new tov::NamedLibrary ("RemoteCallBenchmark", {});
+        library->addClass<NextIntegerMethod>();
+        root.addLibrary (library);
+    }
+};
+
+} // namespace
+
+int main (int argc, char** argv)
+{
+    const bool calleeMode = argc == 2 && std::string (argv[1]) == "--callee";
+    if (! calleeMode && ! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
+        return 1;
+    // Started before this process has threads and a program of its own, which a spawned
+    // process would inherit the state of.
+    FarProcess farProcess;
+    const int farPort = calleeMode ? 0 : farProcess.start (argv[0]);
+
+    juce::ScopedJuceInitialiser_GUI juceInitialiser;
+    BenchmarkProgram program;
+    if (! program.startProgram())
+        return 1;
+    if (calleeMode)
+        return runCallee();
+    {
+        Setup connected;
+        if (! connected.start (farPort))
+        {
+            std::printf ("Could not start the far process or connect to it\n");
+            return 1;
+        }
+        setup = &connected;
+        for (auto [name, function] : { std::pair ("RemoteCallInProcess", &remoteCallInProcess),
+                                       std::pair ("RemoteCallLoopback", &remoteCallLoopback),
+                                       std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
+            benchmark::RegisterBenchmark (name, function)
+                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
+                ->MinTime (0.3)->UseRealTime();
+        std::printf ("\n");
+        tov::benchmarks::MedianReporter reporter;
+        benchmark::RunSpecifiedBenchmarks (&reporter);
+        std::printf ("\n");
+        printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
+        printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
+        std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
+        benchmark::Shutdown();
+    }
+    return program.stopProgram();
+}

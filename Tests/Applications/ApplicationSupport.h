@@ -1,0 +1,72 @@
+#pragma once
+
+// What the test applications share: a service with one peer driven by the application's main
+// loop, and a server that hands what it receives to the program.
+#include <Tov/Atomic/Atomic.h>
+#include <Tov/Message/Peer.h>
+#include <Tov/Network/InterprocessConnectionServer.h>
+#include <Tov/Standard/ExecutionContext.h>
+#include <Tov/Standard/Program.h>
+#include <Tov/Standard/Service.h>
+#include <functional>
+
+namespace tov::applications
+{
+
+inline String* makeName (const juce::String& name)
+{
+    auto* identifier = new String();
+    identifier->set (name, false);
+    return identifier;
+}
+
+/** A service whose one peer has the service's name as identifier. It registers with the program
+    on the thread that starts it, as an application's service does. */
+class PeerEndService : public Service
+{
+public:
+    explicit PeerEndService (const juce::String& name) : Service (name), peer (makeName (name)) {}
+
+    void getPeers (std::vector<Peer*>& result) override     { result.push_back (&peer); }
+    ExecutionContext& getExecutionContext() override        { return context; }
+
+    bool serviceStarted() override
+    {
+        Program::get().registerService (*this);
+        return Service::serviceStarted();
+    }
+
+    void serviceStopped() override
+    {
+        Service::serviceStopped();
+        Program::get().unregisterService();
+    }
+
+    Peer peer;
+    ExecutionContext context;
+};
+
+/** Listens on 127.0.0.1 and a port; each block it receives goes to the program, then to afterBlock. */
+class ForwardingServer : public InterprocessConnectionServer
+{
+public:
+    ForwardingServer (int p, std::function<void()> callback) : port (p), afterBlock (std::move (callback)) {}
+    ~ForwardingServer() override                            { ExecutionContext context; stopServer (context); }
+
+protected:
+    void setServerStatus (const SuccessStatus&) override     {}
+    juce::String getServerLocalIp() const override          { return HostIdentifier::localhost; }
+    int getServerLocalPort() const override                 { return port; }
+    InterprocessConnection* createConnection() override     { return new InterprocessConnection(); }
+    void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
+    {
+        Program::get().processReceivedNetworkMessage (connection, block);
+        afterBlock();
+    }
+
+private:
+    int port;
+    std::function<void()> afterBlock;
+};
+
+} // namespace tov::applications
