@@ -39,8 +39,8 @@ CreateTransactionBuilderImplementation::~CreateTransactionBuilderImplementation(
 
 std::shared_ptr<State> CreateTransactionBuilderImplementation::getUndoValue (const Object& object) const
 {
-    const auto found = undoValues.find (&object);
-    return found != undoValues.end() ? found->second : nullptr;
+    const auto* found = undoValues.find (&object);
+    return found != nullptr ? *found : nullptr;
 }
 
 //==============================================================================
@@ -74,7 +74,7 @@ void CreateTransactionBuilderImplementation::objectCreated (Object* object)
 
 void CreateTransactionBuilderImplementation::objectChanged (Object* object)
 {
-    if (undoValues.find (object) == undoValues.end())
+    if (undoValues.find (object) == nullptr)
     {
         // A weak pointer cleared by its target's deletion is no edit of its own.
         if (auto* weakPointer = dynamic_cast<ObjectWeakPointer*> (object))
@@ -168,7 +168,7 @@ void CreateTransactionBuilderImplementation::store (const Object& object, bool d
             }
         }
     }
-    if (undoValues.find (storeObject) != undoValues.end())
+    if (undoValues.find (storeObject) != nullptr)
         return;
     walkSnapshot (makeStoreSnapshot (*storeObject, deep), storeObject);
 }

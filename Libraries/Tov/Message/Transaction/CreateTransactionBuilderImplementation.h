@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TransactionBuilderImplementation.h"
+#include "../../Core/ObjectPointerMap.h"
 #include "../../Core/State.h"
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -55,7 +55,7 @@ public:
     std::shared_ptr<State> getUndoValue (const Object& object) const;
 
 private:
-    std::map<const Object*, std::shared_ptr<State>> undoValues;
+    ObjectPointerMap<std::shared_ptr<State>> undoValues;
     std::vector<Transaction*> destroyTransactions;
     CompositeTransaction* transaction;
     Object* currentObject = nullptr;
