@@ -10,6 +10,8 @@ namespace tov
 ObjectImporter::ObjectImporter (ExecutionContext& context, const std::shared_ptr<State>& root, PendingStates* pending)
     : context (context), pending (pending)
 {
+    // Room for a few levels, allocated once: most loads are of a value or a small object.
+    stack.reserve (8);
     stack.push_back (root);
 }
 
