@@ -24,6 +24,16 @@ public:
     ObjectPointerMap() = default;
     ObjectPointerMap (const ObjectPointerMap&) = delete;
     ObjectPointerMap& operator= (const ObjectPointerMap&) = delete;
+    /** Takes the other's entries and array, and leaves it empty. */
+    ObjectPointerMap (ObjectPointerMap&& other) noexcept  { *this = std::move (other); }
+    ObjectPointerMap& operator= (ObjectPointerMap&& other) noexcept
+    {
+        slots = std::move (other.slots);
+        mask = std::exchange (other.mask, 0);
+        count = std::exchange (other.count, 0);
+        shift = std::exchange (other.shift, 64);
+        return *this;
+    }
 
     size_t size() const noexcept                     { return count; }
     bool empty() const noexcept                      { return count == 0; }
@@ -82,6 +92,18 @@ public:
         slots[hole] = Slot();
         --count;
     }
+
+    /** Empties the map and keeps its array, for a map about to be filled as much again. */
+    void removeAll()
+    {
+        for (size_t i = 0; count != 0 && i <= mask; ++i)
+            if (slots[i].first != nullptr)
+                slots[i] = Slot();
+        count = 0;
+    }
+
+    /** The number of entries the map holds before it grows. */
+    size_t getCapacity() const noexcept              { return slots != nullptr ? (mask + 1) / 2 : 0; }
 
     void clear() noexcept
     {

@@ -22,8 +22,14 @@ static constexpr uint32_t shallowSnapshot = exportTransientVariables | exportOwn
 // A destroyed object is kept whole, with what it owns, so that undo can bring it all back.
 static constexpr uint32_t destroyedObjectSnapshot = 0;
 
+// Builders follow one another on a thread, each touching about as many objects as the last:
+// the table of the last one finished is kept, emptied, for the next, so that a large edit does
+// not grow and fill a new table each time.
+static thread_local CreateTransactionBuilderImplementation::UndoValues spareUndoValues;
+
 CreateTransactionBuilderImplementation::CreateTransactionBuilderImplementation (ObjectSpace& space, const juce::String& description, History* history)
-    : TransactionBuilderImplementation (space), transaction (new CompositeTransaction (description)), history (history)
+    : TransactionBuilderImplementation (space), undoValues (std::move (spareUndoValues)),
+      transaction (new CompositeTransaction (description)), history (history)
 {
     transaction->removeStaticAllocationFlag();
     transaction->setParent (&space);
@@ -35,6 +41,9 @@ CreateTransactionBuilderImplementation::~CreateTransactionBuilderImplementation(
         destruction->deleteThis();
     if (transaction != nullptr)
         transaction->deleteThis();
+    undoValues.removeAll();
+    if (undoValues.getCapacity() > spareUndoValues.getCapacity())
+        spareUndoValues = std::move (undoValues);
 }
 
 std::shared_ptr<State> CreateTransactionBuilderImplementation::getUndoValue (const Object& object) const
