@@ -547,7 +547,9 @@ bool Object::loadVariable (ObjectImporter& importer, juce::StringRef name)
 bool Object::loadFromState (ExecutionContext& context, const std::shared_ptr<State>& state)
 {
     ObjectImporter importer (context, state);
+    // Room for the usual chain (the object, its owners across embedding), allocated once.
     std::vector<Object*> marked;
+    marked.reserve (4);
     startApplyingVariableConstraintsOnParents (marked);
     const bool result = importer.load (*this);
     finishApplyingVariableConstraintsOnParents (marked);

@@ -240,15 +240,15 @@ void ObjectSpace::addToMirroringExclusionList (const Object& object, int lifeCou
 {
     // A key that holds the object equals any other key that holds it: the entry found before
     // is the one the list would find.
-    auto known = mirroringExclusionEntries.find (&object);
-    if (known == mirroringExclusionEntries.end() || known->second.getKey()->getIfAlreadyCached() != &object)
+    auto* known = mirroringExclusionEntries.find (&object);
+    if (known == nullptr || MirroringExclusionList::TypedIterator (*known).getKey()->getIfAlreadyCached() != &object)
     {
         auto* key = static_cast<ObjectWeakPointer*> (ObjectWeakPointer::staticClass.createObject());
         key->set (const_cast<Object*> (&object), false);
         // The map keeps the entry of an equal key, and destroys this one.
-        known = mirroringExclusionEntries.insert_or_assign (&object, mirroringExclusionList.getEntry (key, false)).first;
+        known = &(mirroringExclusionEntries[&object] = mirroringExclusionList.getEntry (key, false).getPosition());
     }
-    known->second.getValue()->set (lifeCounter, false);
+    MirroringExclusionList::TypedIterator (*known).getValue()->set (lifeCounter, false);
 }
 
 bool ObjectSpace::isInMirroringExclusionList (const Object& object) const
@@ -288,9 +288,10 @@ void ObjectSpace::ageMirroringExclusionList()
 
 void ObjectSpace::forgetMirroringExclusionEntry (const MirroringExclusionList::TypedIterator& entry)
 {
-    auto known = mirroringExclusionEntries.find (entry.getKey()->getIfAlreadyCached());
-    if (known != mirroringExclusionEntries.end() && known->second == entry)
-        mirroringExclusionEntries.erase (known);
+    const auto* object = entry.getKey()->getIfAlreadyCached();
+    auto* known = mirroringExclusionEntries.find (object);
+    if (known != nullptr && *known == entry.getPosition())
+        mirroringExclusionEntries.erase (object);
 }
 
 } // namespace tov

@@ -3,13 +3,13 @@
 #include "../Atomic/Integer.h"
 #include "../Atomic/NameableObject.h"
 #include "../Container/Map.h"
+#include "ObjectPointerMap.h"
 #include "ObjectSpaceView.h"
 #include "ObjectTable.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include "../Pointer/ObjectWeakPointer.h"
 #include "UniqueIdentifier.h"
 #include <tuple>
-#include <unordered_map>
 #include <vector>
 
 namespace tov
@@ -173,7 +173,7 @@ private:
     /** The entry last found or made for each excluded object, so that excluding it again needs
         no key: undo and redo exclude every object they load. An entry counts only while its key
         still holds the object; entries leave here when they leave the list. */
-    std::unordered_map<const Object*, MirroringExclusionList::TypedIterator> mirroringExclusionEntries;
+    ObjectPointerMap<ObjectMap::Iterator> mirroringExclusionEntries;
 
     UniqueIdentifier makeRandomIdentifier() const;
     void holdRoot (Object* object);

@@ -43,6 +43,13 @@ ObjectSpace* VariableAddress::getObjectSpace (const Object* contextObject, juce:
 {
     if (isNull() || ! Program::isStillRunning())
         return nullptr;
+    return getObjectSpaceFromProvider (contextObject != nullptr ? ObjectSpaceProvider::get (*contextObject, false) : nullptr, errorMessage);
+}
+
+ObjectSpace* VariableAddress::getObjectSpaceFromProvider (const ObjectSpaceProvider* provider, juce::String* errorMessage) const
+{
+    if (isNull() || ! Program::isStillRunning())
+        return nullptr;
     if (Service::getCurrentService() == nullptr)
     {
         if (errorMessage != nullptr)
@@ -52,7 +59,7 @@ ObjectSpace* VariableAddress::getObjectSpace (const Object* contextObject, juce:
     if (space.isEmpty())
         return nullptr;
 
-    auto* found = contextObject != nullptr ? ObjectSpaceProvider::getSpaceByName (*contextObject, space) : nullptr;
+    auto* found = ObjectSpaceProvider::getSpaceByName (provider, space);
     if (found == nullptr && errorMessage != nullptr)
     {
         *errorMessage = "Could not find space " + space;

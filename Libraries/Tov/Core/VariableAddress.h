@@ -7,6 +7,7 @@ namespace tov
 {
 
 class ObjectSpace;
+class ObjectSpaceProvider;
 
 /** Where an object or member variable lives, in terms that survive saving and travel to other
     machines: the name of its space, the identifier of its root object there, and the path of
@@ -39,6 +40,9 @@ public:
     /** The space the address names, found from the context object; null with the reason in
         errorMessage. Null as well while the program stops. */
     ObjectSpace* getObjectSpace (const Object* contextObject, juce::String* errorMessage = nullptr) const;
+    /** The same, from the provider that the context object's climb finds (see ObjectSpaceProvider::get),
+        for callers that know it already. */
+    ObjectSpace* getObjectSpaceFromProvider (const ObjectSpaceProvider* provider, juce::String* errorMessage = nullptr) const;
     /** The addressed object in that space, or null with the reason in errorMessage. */
     Object* getObjectInSpace (const ObjectSpace& objectSpace, juce::String* errorMessage = nullptr, bool* changed = nullptr) const;
     /** Finds the space, then the object; changed tells whether the address can be made better

@@ -126,19 +126,31 @@ Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String*
     return current;
 }
 
+// Addresses made one after the other mostly have the same path (the "value" of one element
+// after another): each thread shares the names it made last with the next equal path, so
+// that only a new path allocates.
 Object* VariablePath::setFromChildObject (Object* object)
 {
-    auto collected = std::make_shared<Names>();
+    thread_local Names collected;
+    thread_local std::shared_ptr<Names> lastMade;
+    collected.clear();
     while (object->hasParent() && object->hasStaticAllocationFlag())
     {
         auto* signature = object->getSignature();
         if (signature == nullptr)
             return nullptr;
-        collected->push_back (signature->getName());
+        collected.push_back (signature->getName());
         object = object->getParent();
     }
-    std::reverse (collected->begin(), collected->end());
-    names = collected->empty() ? nullptr : std::move (collected);
+    std::reverse (collected.begin(), collected.end());
+    if (collected.empty())
+        names = nullptr;
+    else
+    {
+        if (lastMade == nullptr || *lastMade != collected)
+            lastMade = std::make_shared<Names> (collected);
+        names = lastMade;
+    }
     return object;
 }
 

@@ -5,6 +5,7 @@
 #include "Mirroring/DiffObjectSpaceMessage.h"
 #include "Mirroring/MirroringMessage.h"
 #include "../Atomic/Integer.h"
+#include "../Core/CachedDynamicCast.h"
 #include "../Core/Class.h"
 #include "../Core/MemberSignature.h"
 #include "../Core/ObjectSpace.h"
@@ -40,7 +41,7 @@ Peer* Peer::get (const Object& object)
 {
     const Object* level = object.hasSpace() ? object.getSpace()->getParent() : object.getParent();
     for (; level != nullptr; level = level->getParent())
-        if (auto* peer = dynamic_cast<const Peer*> (level))
+        if (auto* peer = cachedDynamicCast<Peer> (*level))
             return const_cast<Peer*> (peer);
     return nullptr;
 }

@@ -2,6 +2,7 @@
 #include "InternalJuceThread.h"
 #include "LoggerExecutionContextView.h"
 #include "Program.h"
+#include "../Core/CachedDynamicCast.h"
 #include "../Core/ObjectSpace.h"
 #include "../Message/Peer.h"
 #include "../Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
@@ -51,7 +52,7 @@ Service* Service::getCurrentService()
 RandomGenerator& Service::getRandomGeneratorFor (const Object* object)
 {
     for (auto* level = object; level != nullptr; level = level->getParent())
-        if (auto* service = dynamic_cast<const Service*> (level))
+        if (auto* service = cachedDynamicCast<Service> (*level))
             return const_cast<Service*> (service)->randomGenerator;
     if (auto* service = getCurrentService())
         return service->randomGenerator;

@@ -1,4 +1,5 @@
 #include "CompositeTransaction.h"
+#include "ChildTransactionsScope.h"
 #include "../Envelop.h"
 
 namespace tov
@@ -18,6 +19,7 @@ void CompositeTransaction::reserveMessages (Envelop& envelop) const
 void CompositeTransaction::perform (Envelop& envelop)
 {
     reserveMessages (envelop);
+    ChildTransactionsScope scope (transactions);
     for (auto* transaction : transactions)
         transaction->perform (envelop);
 }
@@ -26,6 +28,7 @@ void CompositeTransaction::perform (Envelop& envelop)
 void CompositeTransaction::undo (Envelop& envelop)
 {
     reserveMessages (envelop);
+    ChildTransactionsScope scope (transactions);
     for (size_t i = transactions.size(); i-- > 0;)
         transactions[i]->undo (envelop);
 }
@@ -33,6 +36,7 @@ void CompositeTransaction::undo (Envelop& envelop)
 void CompositeTransaction::redo (Envelop& envelop)
 {
     reserveMessages (envelop);
+    ChildTransactionsScope scope (transactions);
     for (auto* transaction : transactions)
         transaction->redo (envelop);
 }

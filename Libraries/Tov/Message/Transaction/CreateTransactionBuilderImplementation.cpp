@@ -22,8 +22,14 @@ static constexpr uint32_t shallowSnapshot = exportTransientVariables | exportOwn
 // A destroyed object is kept whole, with what it owns, so that undo can bring it all back.
 static constexpr uint32_t destroyedObjectSnapshot = 0;
 
+// Builders follow one another on a thread, each touching about as many objects as the last:
+// the table of the last one finished is kept, emptied, for the next, so that a large edit does
+// not grow and fill a new table each time.
+static thread_local CreateTransactionBuilderImplementation::UndoValues spareUndoValues;
+
 CreateTransactionBuilderImplementation::CreateTransactionBuilderImplementation (ObjectSpace& space, const juce::String& description, History* history)
-    : TransactionBuilderImplementation (space), transaction (new CompositeTransaction (description)), history (history)
+    : TransactionBuilderImplementation (space), undoValues (std::move (spareUndoValues)),
+      transaction (new CompositeTransaction (description)), history (history)
 {
     transaction->removeStaticAllocationFlag();
     transaction->setParent (&space);
@@ -35,12 +41,15 @@ CreateTransactionBuilderImplementation::~CreateTransactionBuilderImplementation(
         destruction->deleteThis();
     if (transaction != nullptr)
         transaction->deleteThis();
+    undoValues.removeAll();
+    if (undoValues.getCapacity() > spareUndoValues.getCapacity())
+        spareUndoValues = std::move (undoValues);
 }
 
 std::shared_ptr<State> CreateTransactionBuilderImplementation::getUndoValue (const Object& object) const
 {
-    const auto found = undoValues.find (&object);
-    return found != undoValues.end() ? found->second : nullptr;
+    const auto* found = undoValues.find (&object);
+    return found != nullptr ? *found : nullptr;
 }
 
 //==============================================================================
@@ -74,7 +83,7 @@ void CreateTransactionBuilderImplementation::objectCreated (Object* object)
 
 void CreateTransactionBuilderImplementation::objectChanged (Object* object)
 {
-    if (undoValues.find (object) == undoValues.end())
+    if (undoValues.find (object) == nullptr)
     {
         // A weak pointer cleared by its target's deletion is no edit of its own.
         if (auto* weakPointer = dynamic_cast<ObjectWeakPointer*> (object))
@@ -168,7 +177,7 @@ void CreateTransactionBuilderImplementation::store (const Object& object, bool d
             }
         }
     }
-    if (undoValues.find (storeObject) != undoValues.end())
+    if (undoValues.find (storeObject) != nullptr)
         return;
     walkSnapshot (makeStoreSnapshot (*storeObject, deep), storeObject);
 }

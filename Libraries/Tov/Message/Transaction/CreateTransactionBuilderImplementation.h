@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TransactionBuilderImplementation.h"
+#include "../../Core/ObjectPointerMap.h"
 #include "../../Core/State.h"
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -26,6 +26,8 @@ class Transaction;
 class CreateTransactionBuilderImplementation : public TransactionBuilderImplementation
 {
 public:
+    using UndoValues = ObjectPointerMap<std::shared_ptr<State>>;
+
     /** The composite is made at once, with the space as its parent. history is null for a nested
         builder and when the service gives none. */
     CreateTransactionBuilderImplementation (ObjectSpace& space, const juce::String& description, History* history);
@@ -55,7 +57,7 @@ public:
     std::shared_ptr<State> getUndoValue (const Object& object) const;
 
 private:
-    std::map<const Object*, std::shared_ptr<State>> undoValues;
+    UndoValues undoValues;
     std::vector<Transaction*> destroyTransactions;
     CompositeTransaction* transaction;
     Object* currentObject = nullptr;

@@ -1,4 +1,5 @@
 #include "MirroredTransaction.h"
+#include "ChildTransactionsScope.h"
 #include "CreateObjectMirroredTransaction.h"
 #include "DestroyObjectMirroredTransaction.h"
 #include "UpdateObjectMirroredTransaction.h"
@@ -10,8 +11,10 @@
 #include "../../Atomic/Number.h"
 #include "../../Atomic/String.h"
 #include "../../Container/ObjectOwnedVector.h"
+#include "../../Core/CachedDynamicCast.h"
 #include "../../Core/ClassExpression.h"
 #include "../../Core/ObjectSpace.h"
+#include "../../Core/ObjectSpaceProvider.h"
 #include "../../Core/StateObjectExporter.h"
 #include "../../Pointer/ObjectOwnedPointer.h"
 #include "../../Standard/ExecutionContext.h"
@@ -40,9 +43,25 @@ MirroredTransaction::MirroredTransaction (Object& object)
     pointer.setAddressOf (&object, false);
 }
 
+// Inside a composite the climb above the composite's list is made once for all its children.
+ObjectSpaceProvider* MirroredTransaction::findProvider (const MirroringMessage& message) const
+{
+    auto* scope = ChildTransactionsScope::findFor (*this);
+    if (scope == nullptr || cachedDynamicCast<ObjectSpaceProvider> (message) != nullptr
+         || cachedDynamicCast<ObjectSpaceProvider> (*this) != nullptr)
+        return ObjectSpaceProvider::get (message, false);
+    return scope->getProviderAboveChildren();
+}
+
+Peer* MirroredTransaction::findPeer() const
+{
+    auto* scope = ChildTransactionsScope::findFor (*this);
+    return scope != nullptr ? scope->getPeerOf (*this) : Peer::get (*this);
+}
+
 Peer* MirroredTransaction::getPeerToApplyTo (const Envelop& envelop) const
 {
-    return envelop.getSenderIdentifier() != nullptr ? Peer::get (*this) : nullptr;
+    return envelop.getSenderIdentifier() != nullptr ? findPeer() : nullptr;
 }
 
 void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const
@@ -125,20 +144,29 @@ MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::share
     auto* message = new MirroringMessage (pointer, stateToLoad);
     message->setParent (const_cast<UpdateObjectMirroredTransaction*> (this));
 
-    object = pointer.getAddress().getObject (message, &space);
+    const auto& address = pointer.getAddress();
+    space = address.getObjectSpaceFromProvider (findProvider (*message));
+    object = space != nullptr ? address.getObjectInSpace (*space) : nullptr;
     if (object != nullptr && object->hasSpace() && isExcludedFromMirroringWhenSent (*object))
         object->getSpace()->addToMirroringExclusionList (*object, 2);
     return message;
 }
 
-bool UpdateObjectMirroredTransaction::isExcludedFromMirroringWhenSent (const Object& object)
+bool UpdateObjectMirroredTransaction::isExcludedFromMirroringWhenSent (const Object& object) const
 {
     auto* objectClass = object.getClass();
-    const bool isValueOrHolder = Class::inheritsFrom (objectClass, &Number::staticClass)
-                              || Class::inheritsFrom (objectClass, &String::staticClass)
-                              || Class::inheritsFrom (objectClass, &ObjectOwnedVector::staticClass)
-                              || Class::inheritsFrom (objectClass, &ObjectOwnedPointer::staticClass);
-    return isValueOrHolder && objectClass->getBooleanAttribute (object.getSignature(), "mirroringExclusion", true);
+    auto* signature = object.getSignature();
+    auto decide = [objectClass, signature]
+    {
+        const bool isValueOrHolder = Class::inheritsFrom (objectClass, &Number::staticClass)
+                                  || Class::inheritsFrom (objectClass, &String::staticClass)
+                                  || Class::inheritsFrom (objectClass, &ObjectOwnedVector::staticClass)
+                                  || Class::inheritsFrom (objectClass, &ObjectOwnedPointer::staticClass);
+        return isValueOrHolder && objectClass->getBooleanAttribute (signature, "mirroringExclusion", true);
+    };
+    // The siblings of a composite mostly change objects of one class and signature.
+    auto* scope = ChildTransactionsScope::findFor (*this);
+    return scope != nullptr ? scope->decideForClassAndSignature (objectClass, signature, decide) : decide();
 }
 
 juce::String UpdateObjectMirroredTransaction::toString() const

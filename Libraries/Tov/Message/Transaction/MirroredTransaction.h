@@ -8,6 +8,7 @@ namespace tov
 {
 
 class MirroringMessage;
+class ObjectSpaceProvider;
 class Peer;
 
 /** A transaction on one object, which it finds by address: the address survives the object's
@@ -34,6 +35,12 @@ protected:
     /** The same for a message whose address is already resolved: to that object (null when
         there is none) in that space (null when the address names none). */
     void applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space) const;
+
+    /** Where the message's address is resolved from: the provider that a climb from the message
+        finds, the message being a child of this transaction. */
+    ObjectSpaceProvider* findProvider (const MirroringMessage& message) const;
+    /** Peer::get of this transaction. */
+    Peer* findPeer() const;
 
     /** "<verb> " + class expression of the state (or "<noclass>") + " " + its short text. */
     static juce::String describeState (const juce::String& verb, const State& state);

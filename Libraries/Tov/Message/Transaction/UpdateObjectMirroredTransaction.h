@@ -36,7 +36,7 @@ private:
     MirroringMessage* makeMessage (const std::shared_ptr<State>& stateToLoad, Object*& object, ObjectSpace*& space) const;
     /** Loads the state here and sends it. */
     void applyAndAddState (const std::shared_ptr<State>& stateToLoad, Envelop& envelop) const;
-    static bool isExcludedFromMirroringWhenSent (const Object& object);
+    bool isExcludedFromMirroringWhenSent (const Object& object) const;
 };
 
 } // namespace tov
