@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Object.h"
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -7,8 +8,6 @@
 
 namespace tov
 {
-
-class Object;
 
 /** dynamic_cast<const Target*> of an object, remembered for its dynamic type on each thread.
 
