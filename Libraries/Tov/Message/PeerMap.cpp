@@ -107,12 +107,15 @@ bool PeerMap::processReceivedNetworkMessage (const InterprocessConnection& conne
     if (envelop == nullptr)
         return false;
 
-    InterprocessConnectionIdentifier connectionIdentifier;
-    connection.copyIdentifierTo (connectionIdentifier);
+    auto* batch = ReceivedEnvelopBatch::current();
+    InterprocessConnectionIdentifier ownIdentifier;
+    const auto& connectionIdentifier = batch != nullptr ? batch->getIdentifierOf (connection) : ownIdentifier;
+    if (batch == nullptr)
+        connection.copyIdentifierTo (ownIdentifier);
     envelop->setSenderIdentifier (new RemoteTargetIdentifier (connectionIdentifier, *envelop->getSenderIdentifier()));
     if (receiver.get() == nullptr)
         return refuse (envelop, nullptr);
-    if (auto* batch = ReceivedEnvelopBatch::current())
+    if (batch != nullptr)
     {
         batch->entries.push_back ({ this, receiver.release(), envelop });
         return true;
@@ -132,6 +135,18 @@ PeerMap::ReceivedEnvelopBatch::ReceivedEnvelopBatch()
 {
     if (outer == nullptr)
         current() = this;
+}
+
+// Copied under the table's lock once per batch, not once per envelop: the posting threads
+// hold that lock while they write their envelops.
+const InterprocessConnectionIdentifier& PeerMap::ReceivedEnvelopBatch::getIdentifierOf (const InterprocessConnection& connection)
+{
+    if (identifiedConnection != &connection)
+    {
+        connection.copyIdentifierTo (connectionIdentifier);
+        identifiedConnection = &connection;
+    }
+    return connectionIdentifier;
 }
 
 PeerMap::ReceivedEnvelopBatch::~ReceivedEnvelopBatch()

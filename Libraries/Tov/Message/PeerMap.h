@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IdentifierMap.h"
+#include "../Network/InterprocessConnectionIdentifier.h"
 #include "../Pointer/WeakPointer.h"
 #include <memory>
 #include <mutex>
@@ -71,6 +72,10 @@ public:
         };
         std::vector<Entry> entries;
         ReceivedEnvelopBatch* outer;
+        const InterprocessConnection* identifiedConnection = nullptr;
+        InterprocessConnectionIdentifier connectionIdentifier;
+
+        const InterprocessConnectionIdentifier& getIdentifierOf (const InterprocessConnection& connection);
 
         friend class PeerMap;
         static ReceivedEnvelopBatch*& current() noexcept;
