@@ -16,6 +16,8 @@
 #include "Message/Event.h"
 #include "Message/Mirroring/DiffObjectSpaceMessage.h"
 #include "Message/Mirroring/MirroringMessage.h"
+#include "Message/Mirroring/MirroringRequestAsyncCompletionRoutine.h"
+#include "Message/Mirroring/MirroringRequestRemoteCall.h"
 #include "Message/InterprocessConnectionMessageTarget.h"
 #include "Message/Peer.h"
 #include "Message/RemoteTargetIdentifier.h"
@@ -248,6 +250,8 @@ Library* createTovMessageLibrary()
     auto* mirroring = createSubLibrary ("Mirroring", sourceRoot + "/Message/Mirroring");
     mirroring->addClass<MirroringMessage>();
     mirroring->addClass<DiffObjectSpaceMessage>();
+    mirroring->addClass<MirroringRequestRemoteCall>();
+    mirroring->addClass<MirroringRequestAsyncCompletionRoutine>();
     library->addLibrary (mirroring);
     auto* remoteCall = createSubLibrary ("RemoteCall", sourceRoot + "/Message/RemoteCall");
     remoteCall->addClass<RemoteCallResultMessage>();

@@ -111,3 +111,43 @@ TEST (VariablePathTest, ComparesNamesAndFlags)
     b.addChildPath ("x.y");
     EXPECT_TRUE (a == b);
 }
+
+//==============================================================================
+namespace
+{
+std::shared_ptr<tov::State> parseState (const juce::String& text)
+{
+    tov::ExecutionContext context;
+    return tov::State::createFromStateString (context, text, {});
+}
+
+tov::VariablePath pathOf (const juce::String& text)
+{
+    tov::VariablePath path;
+    path.addChildPath (text);
+    return path;
+}
+} // namespace
+
+TEST (VariablePathTest, SetValueToChildStateReplacesTheVariableInCopiesOfTheNodesOnTheWay)
+{
+    auto original = parseState ("{frame = {width = 1, height = 2}, name = \"a\"}");
+    auto root = original;
+    ASSERT_TRUE (tov::VariablePath::setValueToChildState (pathOf ("frame.height"), root, std::make_shared<tov::State> (5)));
+    EXPECT_EQ (root->toString(), "{frame = {width = 1, height = 5}, name = \"a\"}");
+    EXPECT_EQ (original->toString(), "{frame = {width = 1, height = 2}, name = \"a\"}");
+    EXPECT_NE (root.get(), original.get());
+    EXPECT_EQ (root->getVariableState (1).get(), original->getVariableState (1).get());
+}
+
+TEST (VariablePathTest, SetValueToChildStateFailsOnAMissingNameAPlainValueOrDereferencing)
+{
+    auto original = parseState ("{frame = {width = 1}, name = \"a\"}");
+    auto root = original;
+    const auto value = std::make_shared<tov::State> (5);
+    EXPECT_FALSE (tov::VariablePath::setValueToChildState (pathOf ("frame.depth"), root, value));
+    EXPECT_FALSE (tov::VariablePath::setValueToChildState (pathOf ("name.length"), root, value));
+    EXPECT_FALSE (tov::VariablePath::setValueToChildState (pathOf ("*frame.width"), root, value));
+    EXPECT_FALSE (tov::VariablePath::setValueToChildState (tov::VariablePath(), root, value));
+    EXPECT_EQ (root.get(), original.get());
+}

@@ -306,7 +306,8 @@ juce::String ObjectImporter::getSourceDescription (juce::StringRef fallback) con
 {
     if (getCurrentState()->getSource().isNotEmpty())
         return getCurrentState()->getSource();
-    if (stack.front()->getSource().isNotEmpty())
+    // An importer made without a root state (one that loads states it enters one by one) has none to name.
+    if (stack.front() != nullptr && stack.front()->getSource().isNotEmpty())
         return stack.front()->getSource();
     return fallback;
 }

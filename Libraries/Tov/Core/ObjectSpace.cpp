@@ -1,5 +1,6 @@
 #include "ObjectSpace.h"
 #include "../Message/Message.h"
+#include "../Message/Mirroring/MirrorerObjectSpaceView.h"
 #include "../Message/Transaction/TransactionMakerObjectSpaceView.h"
 #include "../Standard/ExecutionContext.h"
 #include "../Standard/Service.h"
@@ -217,19 +218,52 @@ void ObjectSpace::storeValueForTransaction (const Object& object, bool deep, boo
 }
 
 //==============================================================================
-// Until mirroring exists there is no mirrorer to make: targets are not kept, and every switch
-// answers as for a space that mirrors to nobody.
-void ObjectSpace::addMirroringTargetIdentifier (const Object&, const Object&) {}
-void ObjectSpace::removeMirroringTargetIdentifier (const Object&)             {}
-void ObjectSpace::disableMirroring()                                          {}
-
-void ObjectSpace::updateMirroring (double, double)
+// The mirrorer exists from the first target to the last.
+void ObjectSpace::addMirroringTargetIdentifier (const Object& senderIdentifier, const Object& targetIdentifier)
 {
+    if (mirrorer == nullptr)
+    {
+        mirrorer = new MirrorerObjectSpaceView (*this, senderIdentifier);
+        addView (mirrorer);
+    }
+    mirrorer->addTarget (targetIdentifier);
+}
+
+void ObjectSpace::removeMirroringTargetIdentifier (const Object& targetIdentifier)
+{
+    if (mirrorer == nullptr)
+        return;
+    mirrorer->removeTarget (targetIdentifier);
+    if (mirrorer->getNumTargets() == 0)
+        disableMirroring();
+}
+
+void ObjectSpace::disableMirroring()
+{
+    if (mirrorer == nullptr)
+        return;
+    removeView (mirrorer);
+    delete mirrorer;
+    mirrorer = nullptr;
+}
+
+// The profiler scope "UpdateOutputMirrorer " + the space's name opens around the mirrorer's
+// update once profilers exist.
+void ObjectSpace::updateMirroring (double timeInSeconds, double periodInSeconds)
+{
+    if (mirrorer != nullptr)
+    {
+        mirrorer->update (timeInSeconds, periodInSeconds);
+        if (mirrorer != nullptr && mirrorer->getNumTargets() == 0)
+            disableMirroring();
+    }
     ageMirroringExclusionList();
 }
 
 bool ObjectSpace::pushMessageToMirroringTargets (Message* message)
 {
+    if (mirrorer != nullptr)
+        return mirrorer->postMessage (message);
     if (message != nullptr)
         message->deleteThis();
     return false;

@@ -154,6 +154,37 @@ Object* VariablePath::setFromChildObject (Object* object)
     return object;
 }
 
+//==============================================================================
+// One level at a time: a copy of each node on the way, whose variable on the path is then the
+// copy of the next node, and at the end the value itself.
+static std::shared_ptr<State> copyWithChildState (const State& node, const VariablePath::Names& names, size_t level,
+                                                  const std::shared_ptr<State>& value)
+{
+    if (node.getType() != StateType::variablesType)
+        return nullptr;
+    const int index = node.findVariable (names[level]);
+    if (index < 0)
+        return nullptr;
+    auto child = level + 1 == names.size() ? value : copyWithChildState (*node.getVariableState ((size_t) index), names, level + 1, value);
+    if (child == nullptr)
+        return nullptr;
+    auto copy = std::make_shared<State> (node);
+    copy->setVariableState ((size_t) index, child);
+    return copy;
+}
+
+bool VariablePath::setValueToChildState (const VariablePath& path, std::shared_ptr<State>& root, const std::shared_ptr<State>& value)
+{
+    if (root == nullptr || path.isEmpty() || path.dereferencingPointers || path.dereferencingLast)
+        return false;
+    auto copy = copyWithChildState (*root, path.getNames(), 0, value);
+    if (copy == nullptr)
+        return false;
+    root = std::move (copy);
+    return true;
+}
+
+//==============================================================================
 bool VariablePath::load (ObjectImporter& importer, size_t firstIndex, juce::StringRef separators, juce::StringRef quotes)
 {
     VariablePath loaded;

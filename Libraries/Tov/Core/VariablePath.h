@@ -10,6 +10,7 @@ namespace tov
 class Object;
 class ObjectExporter;
 class ObjectImporter;
+class State;
 
 /** The names of member variables from a root object down to one of its variables, as
     "track.gain". A leading "*" dereferences the pointers met on the way, a trailing "*"
@@ -50,6 +51,12 @@ public:
     Object* setFromChildObject (Object* object);
     /** The pointed object of an owned or weak pointer; any other object itself. */
     static Object* dereferenceIfPointer (Object* object);
+
+    /** Replaces, in the state of the path's root object, the state of the variable that the path
+        names by value. The nodes on the way are copied, not changed, since states are shared
+        once handed on: root then points at the new tree. False, leaving root alone, when a name
+        on the way is not a variable of its state, or the path dereferences pointers. */
+    static bool setValueToChildState (const VariablePath& path, std::shared_ptr<State>& root, const std::shared_ptr<State>& value);
 
     /** Reads the strings of the variables from firstIndex on; false leaves the path as it was. */
     bool load (ObjectImporter& importer, size_t firstIndex, juce::StringRef separators = ".", juce::StringRef quotes = {});

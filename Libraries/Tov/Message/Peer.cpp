@@ -4,6 +4,8 @@
 #include "RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
 #include "Mirroring/DiffObjectSpaceMessage.h"
 #include "Mirroring/MirroringMessage.h"
+#include "Mirroring/MirroringRequestAsyncCompletionRoutine.h"
+#include "Mirroring/MirroringRequestRemoteCall.h"
 #include "../Atomic/Integer.h"
 #include "../Core/CachedDynamicCast.h"
 #include "../Core/Class.h"
@@ -222,6 +224,17 @@ void Peer::removeObjectSpacesMirroringTarget (const Object& targetIdentifier)
 void Peer::updateObjectSpacesMirroring (double nowSeconds, double periodSeconds)
 {
     forEachSpace ([=] (ObjectSpace& space) { space.updateMirroring (nowSeconds, periodSeconds); });
+}
+
+bool Peer::asyncRequestMirroringFrom (MessageTarget& remoteTarget)
+{
+    bool result = true;
+    for (auto* space : getSpaces())
+    {
+        MirroringRequestRemoteCall call (space->getName());
+        result = call.callPerformAsync (*this, remoteTarget, *new MirroringRequestAsyncCompletionRoutine (*space), nullptr) && result;
+    }
+    return result;
 }
 
 } // namespace tov

@@ -14,6 +14,7 @@ class AsyncCompletionRoutine;
 class CompletionRoutineTable;
 class DiffObjectSpaceMessage;
 class Envelop;
+class MessageTarget;
 class ExecutionContext;
 class ThreadAwareEnvelopQueueMessageTarget;
 
@@ -80,6 +81,10 @@ public:
     void removeObjectSpacesMirroringTarget (const Object& targetIdentifier);
     void disableObjectSpacesMirroring();
     void updateObjectSpacesMirroring (double nowSeconds, double periodSeconds);
+    /** Asks the remote target for a mirror of each of this peer's spaces, by the name of the
+        space: each snapshot becomes the root of the space when it comes, and diffs follow. True
+        when every request was sent. A peer that reconnects must ask again. */
+    bool asyncRequestMirroringFrom (MessageTarget& remoteTarget);
 
 private:
     using PendingDiffs = std::map<juce::String, DiffObjectSpaceMessage*>;

@@ -92,6 +92,10 @@ void ensureTransactionTestLibrary();
     holds a document, with transactions sent to a recording target and kept in a history. */
 class TransactionTest : public ::testing::Test
 {
+public:
+    /** An item, not yet anywhere. */
+    static Item* makeItem (const juce::String& name, int64_t value = 0);
+
 protected:
     TestProgram program;
     bool libraryIsThere = (ensureTransactionTestLibrary(), true);
@@ -106,8 +110,6 @@ protected:
     void TearDown() override;
 
     ObjectSpace& space()                             { return editor->document; }
-    /** An item, not yet anywhere. */
-    static Item* makeItem (const juce::String& name, int64_t value = 0);
     /** The document's state, deep, with identifiers. */
     std::shared_ptr<State> documentState() const;
     /** The descriptions of the last history entry's children, "|" between them. */
