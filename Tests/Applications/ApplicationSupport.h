@@ -7,7 +7,7 @@
 #include <Tov/Network/InterprocessConnectionServer.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Program.h>
-#include <Tov/Standard/Service.h>
+#include <Tov/Standard/RegisteredService.h>
 #include <functional>
 
 namespace tov::applications
@@ -22,28 +22,14 @@ inline String* makeName (const juce::String& name)
 
 /** A service whose one peer has the service's name as identifier. It registers with the program
     on the thread that starts it, as an application's service does. */
-class PeerEndService : public Service
+class PeerEndService : public RegisteredService
 {
 public:
-    explicit PeerEndService (const juce::String& name) : Service (name), peer (makeName (name)) {}
+    explicit PeerEndService (const juce::String& name) : RegisteredService (name), peer (makeName (name)) {}
 
     void getPeers (std::vector<Peer*>& result) override     { result.push_back (&peer); }
-    ExecutionContext& getExecutionContext() override        { return context; }
-
-    bool serviceStarted() override
-    {
-        Program::get().registerService (*this);
-        return Service::serviceStarted();
-    }
-
-    void serviceStopped() override
-    {
-        Service::serviceStopped();
-        Program::get().unregisterService();
-    }
 
     Peer peer;
-    ExecutionContext context;
 };
 
 /** Listens on 127.0.0.1 and a port; each block it receives goes to the program, then to afterBlock. */

@@ -125,7 +125,7 @@ void runServer (int port)
     EndService service ("server");
     service.startService (true);
     applications::ForwardingServer server (port, [] { envelopArrived.signal(); });
-    if (! server.startServer (service.context))
+    if (! server.startServer (service.getExecutionContext()))
         return say ("could not listen");
     say ("listening");
     while (inputOpen)
@@ -134,7 +134,7 @@ void runServer (int port)
         service.callServiceUpdate (true);
         envelopArrived.wait (20);
     }
-    server.stopServer (service.context);
+    server.stopServer (service.getExecutionContext());
     service.stopService (2000);
 }
 

@@ -38,7 +38,7 @@ void run (int port)
             std::cout << "stalling" << std::endl;
         blockArrived.signal();
     });
-    if (! server.startServer (service.context))
+    if (! server.startServer (service.getExecutionContext()))
     {
         std::cout << "could not listen" << std::endl;
         return;
@@ -52,7 +52,7 @@ void run (int port)
             service.callServiceUpdate (true);
         blockArrived.wait (20);
     }
-    server.stopServer (service.context);
+    server.stopServer (service.getExecutionContext());
     service.stopService (2000);
 }
 } // namespace
