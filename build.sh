@@ -34,6 +34,31 @@ build_tsan() {
     cmake --build build-tsan -j"$(nproc)"
 }
 
+# An editor process and a viewer process on loopback: the viewer mirrors the editor's scene
+# while it is edited, then both print their copy, which must be the same text.
+run_mirroring_example() {
+    echo "== MirroringExample: an editor process edits a scene, a viewer process mirrors it"
+    local scratch port editor
+    scratch=$(mktemp -d)
+    port=$(( 20000 + RANDOM % 20000 ))
+    HOME="$scratch" ./build/Examples/MirroringExample editor "$port" 60 > "$scratch/editor.out" 2>/dev/null &
+    editor=$!
+    HOME="$scratch" ./build/Examples/MirroringExample viewer "$port" 2>/dev/null > "$scratch/viewer.out"
+    wait "$editor"
+    grep -v "^[' {}]" "$scratch/editor.out" | grep -v "text hash"
+    grep -v "^[' {}]" "$scratch/viewer.out"
+    grep "text hash" "$scratch/editor.out"
+    if diff <(sed -n '/text hash/,$p' "$scratch/editor.out" | tail -n +2) <(sed -n '/text hash/,$p' "$scratch/viewer.out" | tail -n +2) > /dev/null; then
+        echo "the viewer's copy saves to the same text as the editor's scene:"
+        sed -n '/text hash/,$p' "$scratch/viewer.out" | tail -n +2
+    else
+        echo "the viewer's copy differs from the editor's scene" >&2
+        rm -rf "$scratch"
+        return 1
+    fi
+    rm -rf "$scratch"
+}
+
 # The main job: the object model, object space and program examples (the last in a scratch
 # home folder), then tov-state on the shipped documents.
 run_main() {
@@ -48,6 +73,7 @@ run_main() {
     HOME="$scratch/home" ProgramData="$scratch/data" ./build/Examples/ProgramExample
     cat "$scratch/home/.config/ProgramExample/configurations/Settings_1_0_0.configuration"
     rm -rf "$scratch"
+    run_mirroring_example
     echo "== tov-state check $documents/*"
     "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"
     echo "== tov-state format $documents/scene.txt"

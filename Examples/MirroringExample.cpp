@@ -1,17 +1,18 @@
 // A document mirrored from one process to another over loopback.
 //
-//   MirroringExample editor PORT [EDITS]   owns the space "Scene" and listens on 127.0.0.1:PORT;
+//   MirroringExample editor PORT [EDITS [FILE]]
+//                                          owns the space "Scene" and listens on 127.0.0.1:PORT;
 //                                          once a viewer has asked for a mirror, it makes EDITS
 //                                          edits (60 by default) at 50 a second: numbers,
 //                                          strings, clips created, moved between lists and
 //                                          deleted. Then it tells the viewer, and stops when the
 //                                          viewer has answered.
-//   MirroringExample viewer PORT           connects, asks for a mirror of "Scene", prints what it
+//   MirroringExample viewer PORT [FILE]    connects, asks for a mirror of "Scene", prints what it
 //                                          sees as it changes, and when the editor is done
 //                                          compares its copy with the editor's.
 //
-// Both print the saved text of their scene at the end, with a hash of that text; the texts are
-// equal when the mirror converged. Exit codes: 0 done, 1 could not start, 2 usage, 3 time-out.
+// Both print the saved text of their scene at the end, with a hash of that text, and write it to
+// FILE when one is given; the texts are equal when the mirror converged. Exit codes: 0 done, 1 could not start, 2 usage, 3 time-out.
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Container/OwnedVector.h>
 #include <Tov/Core/Library.h>
@@ -141,10 +142,12 @@ juce::String sceneText (const ObjectSpace& space)
     return root != nullptr ? StateObjectExporter::make (*root, 0, true)->saveToString() : juce::String ("null\n");
 }
 
-void printScene (const juce::String& who, const ObjectSpace& space)
+void printScene (const juce::String& who, const ObjectSpace& space, const juce::String& file)
 {
     const auto text = sceneText (space);
     std::cout << who << " text hash " << juce::String::toHexString (text.hashCode64()) << "\n" << text << std::flush;
+    if (file.isNotEmpty())
+        juce::File (file).replaceWithText (text);
 }
 
 void EditsDoneMessage::process (ExecutionContext&, const Object& senderIdentifier, MessageTarget& incomingTarget) const
@@ -285,7 +288,7 @@ private:
     }
 };
 
-int runEditor (int port, int numEdits)
+int runEditor (int port, int numEdits, const juce::String& file)
 {
     SceneService service ("editor");
     if (! service.startService (true))
@@ -321,7 +324,7 @@ int runEditor (int port, int numEdits)
     space.updateMirroring (-1.0, 0.05);
     space.pushMessageToMirroringTargets (new EditsDoneMessage());
     const bool answered = runUntil (service, &server, [] { return viewerDone.load(); }, 30.0);
-    printScene ("editor:", space);
+    printScene ("editor:", space, file);
     server.stopServer (service.getExecutionContext());
     service.stopService (2000);
     return answered ? 0 : 3;
@@ -341,7 +344,7 @@ juce::String describe (const ObjectSpace& space)
          + ", clips [" + names.joinIntoString (", ") + "], " + juce::String ((int) scene->asideClips.size()) + " aside";
 }
 
-int runViewer (int port)
+int runViewer (int port, const juce::String& file)
 {
     SceneService service ("viewer");
     if (! service.startService (true))
@@ -377,7 +380,7 @@ int runViewer (int port)
         }
         return editsDone.load();
     }, 60.0);
-    printScene ("viewer:", space);
+    printScene ("viewer:", space, file);
     // The answer to the editor is on its way once the connection has written it.
     runUntil (service, nullptr, [] { return false; }, 0.2);
     connection.disconnect();
@@ -391,7 +394,7 @@ int main (int argc, char* argv[])
     const juce::String role = argc > 1 ? argv[1] : "";
     if (argc < 3 || (role != "editor" && role != "viewer"))
     {
-        std::cerr << "usage: MirroringExample editor PORT [EDITS] | viewer PORT" << std::endl;
+        std::cerr << "usage: MirroringExample editor PORT [EDITS [FILE]] | viewer PORT [FILE]" << std::endl;
         return 2;
     }
     const int port = juce::String (argv[2]).getIntValue();
@@ -399,7 +402,8 @@ int main (int argc, char* argv[])
     MirroringExampleProgram program;
     if (! program.startProgram())
         return 1;
-    const int result = role == "editor" ? runEditor (port, argc > 3 ? juce::String (argv[3]).getIntValue() : 60) : runViewer (port);
+    const int result = role == "editor" ? runEditor (port, argc > 3 ? juce::String (argv[3]).getIntValue() : 60, argc > 4 ? argv[4] : "")
+                                        : runViewer (port, argc > 3 ? argv[3] : "");
     program.stopProgram();
     return result;
 }
