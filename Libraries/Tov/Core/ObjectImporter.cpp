@@ -141,6 +141,18 @@ bool ObjectImporter::readVariable (juce::StringRef name, Object& object)
 }
 
 //==============================================================================
+// An object that came to hold one of its own owners would keep itself alive for ever: only data
+// from outside asks for that.
+bool ObjectImporter::refuseOwnerOfParent (Object* parent, Object*& out)
+{
+    if (parent == nullptr || ! parent->isChildOf (out, false))
+        return true;
+    sendError ("StateObjectImporter::readObject", "Object with uid " + out->getUniqueIdentifier().to64BitsHexadecimalString()
+                                                  + " cannot be held by " + makeObjectFriendlyPath (*parent) + ", which it holds");
+    out = nullptr;
+    return false;
+}
+
 bool ObjectImporter::readObject (Object* parent, Object*& out, Class* expectedClass)
 {
     const auto type = getCurrentType();
@@ -155,7 +167,7 @@ bool ObjectImporter::readObject (Object* parent, Object*& out, Class* expectedCl
         enter (getCurrentState()->getOwnedPointer());
         out = createPointedObject (parent, expectedClass);
         leave();
-        return out != nullptr;
+        return out != nullptr && refuseOwnerOfParent (parent, out);
     }
 
     out = nullptr;
@@ -167,7 +179,7 @@ bool ObjectImporter::readObject (Object* parent, Object*& out, Class* expectedCl
         return true;
     out = findObject (parent, identifier);
     if (out != nullptr)
-        return true;
+        return refuseOwnerOfParent (parent, out);
 
     juce::String message = "Could not find object with uid " + identifier.to64BitsHexadecimalString();
     if (parent != nullptr)

@@ -98,6 +98,8 @@ private:
     std::unique_ptr<std::map<UniqueIdentifier, Object*>> createdObjects;
 
     Object* findObject (Object* parent, UniqueIdentifier identifier);
+    /** True, unless out holds parent: then it reports, makes out null and answers false. */
+    bool refuseOwnerOfParent (Object* parent, Object*& out);
     bool loadWithConstraintsSuspended (Object& object);
     template <class Reader> bool readTyped (StateType type, Reader&& read);
     Object* createPendingObject (Object* parent, UniqueIdentifier identifier, Class* expectedClass);

@@ -76,7 +76,7 @@ TEST (MirroringSoakTest, TwoMirrorsOfRandomEditsStayEqualToTheSourceWithoutGrowi
 
         // Memory after the first seconds, against the end: the same document, edited, in the
         // same space, needs no more.
-        const auto& settled = rounds[std::min (rounds.size() - 1, (size_t) 4)];
+        const auto& settled = rounds[std::min (rounds.size() - 1, (size_t) 6)];
         const auto& last = rounds.back();
         std::printf ("%s: resident %lld KB at round %d, %lld KB at round %d\n", name, (long long) settled.residentKilobytes, settled.number,
                      (long long) last.residentKilobytes, last.number);

@@ -369,3 +369,18 @@ TEST_F (DiffObjectSpaceProcessTest, ARootOfAnUnknownClassIsReportedAndTheMirrorK
     EXPECT_NE (std::find_if (lines.begin(), lines.end(), [] (const juce::String& line) { return line.contains ("NoSuchClass"); }), lines.end())
         << juce::StringArray (lines.data(), (int) lines.size()).joinIntoString ("\n");
 }
+
+TEST_F (DiffObjectSpaceProcessTest, AChangeThatWouldMakeAnObjectHoldOneOfItsOwnersIsRefused)
+{
+    auto* folder = dynamic_cast<Folder*> (mirrorSpace().getObject (UniqueIdentifier (0x1000)));
+    ASSERT_NE (folder, nullptr);
+    auto* diff = new DiffObjectSpaceMessage ("Document");
+    diff->addChange (addressAt (0x1000, "children"), listOf (0x1000));
+    diff->addChange (addressAt (1, "featured"), std::make_shared<State> (UniqueIdentifier::getRootIdentifier()));
+    deliver (diff);
+    EXPECT_EQ (folder->children.size(), 0u);
+    EXPECT_EQ (mirrored()->featured.get(), nullptr);
+    EXPECT_EQ (std::count_if (lines.begin(), lines.end(), [] (const juce::String& line)
+                              { return line.startsWith ("error Object with uid ") && line.contains (", which it holds"); }), 2)
+        << juce::StringArray (lines.data(), (int) lines.size()).joinIntoString ("\n");
+}
