@@ -6,6 +6,7 @@
 #include <Tov/Core/StateObjectExporter.h>
 #include <Tov/Message/Mirroring/MirroringRequestAsyncCompletionRoutine.h>
 #include <Tov/Message/Mirroring/MirroringRequestRemoteCall.h>
+#include <Tov/Message/Transaction/ScopedTransaction.h>
 #include <Tov/Standard/Program.h>
 
 using namespace tov;
@@ -383,4 +384,62 @@ TEST_F (DiffObjectSpaceProcessTest, AChangeThatWouldMakeAnObjectHoldOneOfItsOwne
     EXPECT_EQ (std::count_if (lines.begin(), lines.end(), [] (const juce::String& line)
                               { return line.startsWith ("error Object with uid ") && line.contains (", which it holds"); }), 2)
         << juce::StringArray (lines.data(), (int) lines.size()).joinIntoString ("\n");
+}
+
+TEST_F (MirroringTest, AMirrorReceivesTheResultOfAnUndoAndARedoAsChanges)
+{
+    RecordingTarget receiver;
+    History history;
+    history.setParent (source);
+    history.setMessageTargets (receiver, *source->getIncomingMessageTarget());
+    service.history = &history;
+    sourceSpace().enableTransactions (receiver, *source->getIncomingMessageTarget());
+    history.clear ("Start");
+    requestMirror();
+
+    {
+        ScopedTransaction transaction ("Edit", *document);
+        document->count.set (7);
+        document->items.append (TransactionTest::makeItem ("added", 2));
+    }
+    sync();
+    expectSame();
+    EXPECT_EQ (mirrored()->items.size(), 1u);
+
+    history.undo();
+    sync();
+    expectSame();
+    EXPECT_EQ (mirrored()->count.get(), 0);
+    EXPECT_EQ (mirrored()->items.size(), 0u);
+
+    history.redo();
+    sync();
+    expectSame();
+    EXPECT_EQ (mirrored()->count.get(), 7);
+    service.history = nullptr;
+    sourceSpace().disableTransactions();
+}
+
+TEST_F (MirroringTest, ASnapshotOfASpaceWithoutRootTakesTheMirrorsRootAway)
+{
+    requestMirror();
+    ASSERT_NE (mirrored(), nullptr);
+    sourceSpace().removeMirroringTargetIdentifier (mirrorIdentifier());
+    sourceSpace().deleteRootObject();
+    requestMirror();
+    EXPECT_EQ (mirrorSpace().getRootObject(), nullptr);
+}
+
+TEST_F (MirroringTest, ARequestReceivedByATargetWithoutIdentifierIsRefused)
+{
+    EditorPeer anonymous;
+    RecordingCompletionRoutine routine;
+    MirroringRequestRemoteCall call ("Document");
+    ASSERT_TRUE (call.callPerformAsync (*mirror, *anonymous.getIncomingMessageTarget(), routine, nullptr));
+    anonymous.processIncomingMessages (service.context);
+    EXPECT_NE (std::find (lines.begin(), lines.end(), "error Mirroring request cannot load MessageTarget identifier"), lines.end())
+        << juce::StringArray (lines.data(), (int) lines.size()).joinIntoString ("\n");
+    EXPECT_EQ (anonymous.document.getMirrorer(), nullptr);
+    mirror->cancelAllCompletionRoutines();
+    EXPECT_EQ (routine.getLines(), std::vector<juce::String> { "0 null" });
 }
