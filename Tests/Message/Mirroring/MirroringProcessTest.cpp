@@ -14,7 +14,9 @@ class MirroringProcessTest : public ::testing::Test
 {
 protected:
     const int port = findFreePort();
-    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("MirroringProcessTest") };
+    /** One per test: CTest runs the tests of a suite side by side. */
+    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("MirroringProcessTest")
+                          .getChildFile (::testing::UnitTest::GetInstance()->current_test_info()->name()) };
     juce::File editorText = home.getChildFile ("editor.txt");
     juce::File viewerText = home.getChildFile ("viewer.txt");
 
