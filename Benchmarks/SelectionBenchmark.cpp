@@ -1,4 +1,5 @@
 #include <Tov/Atomic/Integer.h>
+#include <Tov/Atomic/String.h>
 #include <Tov/Container/OwnedVector.h>
 #include <Tov/Container/Selection.h>
 #include <Tov/Core/ConverterClassGenerators.h>
@@ -30,12 +31,13 @@ namespace
 constexpr size_t numElements = 10000;
 constexpr size_t numEditsKeptWhileTiming = 8;
 
-/** An element of the document: one number. */
+/** An element of the document: a name, as the objects of a document have, and one number. */
 class Element : public tov::Object
 {
 public:
     TOV_DECLARE_CLASS (Element, Object)
 
+    tov::String name;
     tov::Integer value;
 };
 
@@ -72,6 +74,7 @@ public:
 };
 
 TOV_BEGIN_CLASS (Element)
+    TOV_VARIABLE (name)
     TOV_VARIABLE (value)
 TOV_END_CLASS()
 
@@ -102,8 +105,10 @@ Scene* makeScene()
     std::vector<tov::Object*> all;
     for (size_t i = 0; i < numElements; ++i)
     {
-        scene->elements.append (static_cast<Element*> (Element::staticClass.createObject()), false);
-        all.push_back (scene->elements.getLast());
+        auto* element = static_cast<Element*> (Element::staticClass.createObject());
+        element->name.set ("Light " + juce::String ((int) i + 1), false);
+        scene->elements.append (element, false);
+        all.push_back (element);
     }
     scene->selected.set (all, false);
     return scene;
@@ -118,13 +123,14 @@ struct Contestant
     int64_t numEdits = 0;
 
     virtual ~Contestant() = default;
-    virtual void edit (const Turns& turns) = 0;
+    /** Sets the turns into every number as one transaction. */
+    virtual void apply (const Turns& turns) = 0;
 
     void edit()
     {
         Turns turns;
         turns.count.set (++numEdits, false);
-        edit (turns);
+        apply (turns);
     }
 
     void undo()                                      { document.history.undo(); --numEdits; }
@@ -147,7 +153,7 @@ struct SelectionAccessorContestant : public Contestant
 
     SelectionAccessorContestant()                    { accessor.setSelection (&scene->selected); }
 
-    void edit (const Turns& turns) override
+    void apply (const Turns& turns) override
     {
         accessor.setTargetValue (scene->elements.getFirst()->value, turns, "Turn", nullptr);
     }
@@ -155,7 +161,7 @@ struct SelectionAccessorContestant : public Contestant
 
 struct LoopContestant : public Contestant
 {
-    void edit (const Turns& turns) override
+    void apply (const Turns& turns) override
     {
         tov::ScopedTransaction transaction ("Turn", scene->elements.getFirst()->value);
         for (auto* element : scene->elements)

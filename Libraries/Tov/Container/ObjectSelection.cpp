@@ -396,10 +396,15 @@ juce::String ObjectSelection::getDescription()
     ensureHasBeenChecked();
     if (elements.empty())
         return "<Empty selection>";
-    juce::String text = getObjectDescription (get (0));
-    for (size_t i = 1; i < elements.size(); ++i)
-        text << (i + 1 < elements.size() ? ", " : " and ") << getObjectDescription (get (i));
-    return text;
+    // Joined once the lengths are known: appending name after name would copy the text each time.
+    juce::StringArray descriptions;
+    descriptions.ensureStorageAllocated ((int) elements.size());
+    for (size_t i = 0; i < elements.size(); ++i)
+        descriptions.add (getObjectDescription (get (i)));
+    const int last = descriptions.size() - 1;
+    if (last == 0)
+        return descriptions[0];
+    return descriptions.joinIntoString (", ", 0, last) + " and " + descriptions[last];
 }
 
 juce::String ObjectSelection::getMultiLineDescription()
