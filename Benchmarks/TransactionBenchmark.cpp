@@ -1,15 +1,8 @@
 #include <Tov/Atomic/Real.h>
 #include <Tov/Container/OwnedVector.h>
-#include <Tov/Core/Library.h>
-#include <Tov/Core/ObjectSpace.h>
-#include <Tov/Message/Envelop.h>
-#include <Tov/Message/MessageTarget.h>
-#include <Tov/Message/Peer.h>
-#include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
-#include <Tov/Message/Transaction/History.h>
 #include <Tov/Message/Transaction/ScopedTransaction.h>
 #include <Tov/Standard/Program.h>
-#include "BenchmarkService.h"
+#include "EditingPeer.h"
 #include "MedianReporter.h"
 #include "PairedBenchmarks.h"
 #include "RandomInterleaving.h"
@@ -56,30 +49,6 @@ public:
     tov::OwnedVector<Element> elements;
 };
 
-/** The editing peer, with its one space, where the history's transactions find their peer. */
-class EditorPeer : public tov::Peer
-{
-public:
-    TOV_DECLARE_CLASS (EditorPeer, Peer)
-
-    EditorPeer() : Peer (new tov::Integer (1))       { document.setParent (this); }
-
-    tov::ObjectSpace document { "Document" };
-};
-
-/** Where the edits go: dropped at once, as a connection would take them off the thread. */
-class DroppingTarget : public tov::MessageTarget
-{
-public:
-    TOV_DECLARE_CLASS (DroppingTarget, MessageTarget)
-
-    bool handleEnvelop (tov::Envelop* envelop) override
-    {
-        envelop->deleteThis();
-        return true;
-    }
-};
-
 TOV_BEGIN_CLASS (Element)
     TOV_VARIABLE (value)
 TOV_END_CLASS()
@@ -88,31 +57,13 @@ TOV_BEGIN_CLASS (Scene)
     TOV_VARIABLE (elements)
 TOV_END_CLASS()
 
-TOV_BEGIN_CLASS (EditorPeer)
-    TOV_VARIABLE (document)
-TOV_END_CLASS()
-
-TOV_BEGIN_CLASS (DroppingTarget)
-TOV_END_CLASS()
-
 class BenchmarkProgram : public tov::Program
 {
 public:
     BenchmarkProgram() : Program ("TransactionBenchmark", "main", 1, 0, 0, {}) {}
 };
 
-/** The service of main's thread, which gives every edit the one history. */
-class EditingService : public tov::benchmarks::BenchmarkService
-{
-public:
-    tov::History* getHistory (const tov::Object&, const tov::ObjectSpace*) const override  { return history; }
-    void getPeers (std::vector<tov::Peer*>& result) override                               { result.push_back (peer); }
-
-    tov::History* history = nullptr;
-    tov::Peer* peer = nullptr;
-};
-
-EditingService* theService = nullptr;
+tov::benchmarks::EditingService* theService = nullptr;
 
 /** The element changed by the change'th number of the edit'th edit. */
 size_t getElementIndex (size_t edit, size_t change, size_t changesPerEdit)
@@ -121,33 +72,21 @@ size_t getElementIndex (size_t edit, size_t change, size_t changesPerEdit)
 }
 
 //==============================================================================
+/** The scene of numElements elements, made before the space holds it. */
+Scene* makeScene()
+{
+    auto* scene = static_cast<Scene*> (Scene::staticClass.createObject());
+    for (size_t i = 0; i < numElements; ++i)
+        scene->elements.append (static_cast<Element*> (Element::staticClass.createObject()), false);
+    return scene;
+}
+
 struct TovContestant
 {
-    EditorPeer peer;
-    DroppingTarget receiver;
-    tov::History history;
-    Scene* scene = static_cast<Scene*> (Scene::staticClass.createObject());
+    Scene* scene = makeScene();
+    tov::benchmarks::EditedDocument document { *theService, scene };
+    tov::History& history = document.history;
     size_t numEdits = 0;
-
-    TovContestant()
-    {
-        for (size_t i = 0; i < numElements; ++i)
-            scene->elements.append (static_cast<Element*> (Element::staticClass.createObject()), false);
-        peer.document.setRootObject (scene, true);
-        peer.document.enableTransactions (receiver, *peer.getIncomingMessageTarget());
-        history.setParent (&peer);
-        theService->history = &history;
-        theService->peer = &peer;
-        history.clear ("Start");
-    }
-
-    ~TovContestant()
-    {
-        history.clear ("End");
-        peer.document.disableTransactions();
-        theService->history = nullptr;
-        theService->peer = nullptr;
-    }
 
     void edit (size_t changesPerEdit)
     {
@@ -284,12 +223,11 @@ int main (int argc, char** argv)
     auto* library = new tov::NamedLibrary ("Benchmark", {});
     library->addClass<Element>();
     library->addClass<Scene>();
-    library->addClass<EditorPeer>();
-    library->addClass<DroppingTarget>();
+    tov::benchmarks::addEditingClasses (*library);
     tov::initializeTov()->addLibrary (library);
     {
         BenchmarkProgram program;
-        EditingService service;
+        tov::benchmarks::EditingService service;
         theService = &service;
         registerBenchmarks();
         tov::benchmarks::MedianReporter reporter;

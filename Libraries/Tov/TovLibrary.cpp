@@ -33,6 +33,7 @@
 #include "Message/Transaction/DestroyObjectMirroredTransaction.h"
 #include "Message/Transaction/DummyTransaction.h"
 #include "Message/Transaction/History.h"
+#include "Message/Transaction/SelectionTemporalTransaction.h"
 #include "Message/Transaction/UpdateObjectMirroredTransaction.h"
 #include "Network/InterprocessConnectionServer.h"
 #include "Network/LocalNetworkAddress.h"
@@ -51,6 +52,7 @@
 #include "Standard/ExecutionContext.h"
 #include "Standard/FrameSidesLink.h"
 #include "Standard/GammaCorrection.h"
+#include "Standard/HierarchicalSelectionClassGenerator.h"
 #include "Standard/Justification.h"
 #include "Standard/Orientation.h"
 #include "Standard/PixelRectangle.h"
@@ -59,6 +61,7 @@
 #include "Standard/Rational.h"
 #include "Standard/Seed.h"
 #include "Standard/Service.h"
+#include "Standard/SelectionAccessor.h"
 #include "Standard/SoftwareVersion.h"
 #include "Standard/StateObject.h"
 #include "Standard/SuccessStatus.h"
@@ -192,6 +195,8 @@ Library* createTovContainerLibrary()
     library->addClass<ObjectMap>();
     library->addClassGenerator ("Map", new MapClassGenerator());
     library->addClass<NamedObjectMap>();
+    library->addClass<ObjectSelection>();
+    library->addClassGenerator ("Selection", new SelectionClassGenerator());
     library->addClass<ObjectOption>();
     library->addClassGenerator ("Option", new OptionClassGenerator());
     library->addClass<Optional>();
@@ -246,6 +251,7 @@ Library* createTovMessageLibrary()
     library->addClass<History>();
     library->addClass<TemporalTransaction>();
     library->addClass<DefaultTemporalTransaction>();
+    library->addClass<SelectionTemporalTransaction>();
     library->addLibrary (createTovTransactionLibrary());
     auto* mirroring = createSubLibrary ("Mirroring", sourceRoot + "/Message/Mirroring");
     mirroring->addClass<MirroringMessage>();
@@ -266,6 +272,7 @@ Library* createTovStandardLibrary()
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
     library->addClass<StateObject>();
     library->addClass<Accessor>();
+    library->addClass<SelectionAccessor>();
     library->addClass<EventCounter>();
     library->addClass<Rational>();
     library->addClass<Seed>();
@@ -287,6 +294,9 @@ Library* createTovStandardLibrary()
     library->addClass<ActivationState>();
     library->addClass<Orientation>();
     library->addClass<SoftwareVersion>();
+    library->addClass<HierarchicalSelectionStatus>();
+    library->addClass<HierarchicalSelection>();
+    library->addClassGenerator ("HierarchicalSelection", new HierarchicalSelectionClassGenerator());
     library->addClass<ExecutionContext>();
     library->addClass<ToStringExecutionContext>();
     library->addClass<Service>();

@@ -68,6 +68,13 @@ public:
     TOV_DECLARE_CLASS (Empty, Object)
 };
 
+/** A parent that lets none of its variables be edited: what it holds is read-only. */
+class ReadOnlyParent : public Object
+{
+public:
+    bool isVariableEditable (const Object*, VariableDependenciesDeclarator&) const override  { return false; }
+};
+
 /** A class that cannot be instantiated. */
 class AbstractShape : public Object
 {

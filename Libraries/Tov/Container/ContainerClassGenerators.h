@@ -3,6 +3,7 @@
 #include "ObjectMap.h"
 #include "ObjectOption.h"
 #include "ObjectOwnedVector.h"
+#include "ObjectSelection.h"
 #include "../Core/TemplateClassGenerator.h"
 
 namespace tov
@@ -13,6 +14,13 @@ class OwnedVectorClassGenerator : public DerivedClassGenerator<ObjectOwnedVector
 {
 public:
     OwnedVectorClassGenerator() : DerivedClassGenerator ("List of %1s", { "target" }) {}
+};
+
+/** Makes "Selection(T)": selections whose class attribute "target" is T. */
+class SelectionClassGenerator : public DerivedClassGenerator<ObjectSelection>
+{
+public:
+    SelectionClassGenerator() : DerivedClassGenerator ("Selection of %1s", { "target" }) {}
 };
 
 /** Makes "Map({key=K,value=V})": maps whose class attributes "key" and "value" are K and V. */

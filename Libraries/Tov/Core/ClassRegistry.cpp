@@ -273,6 +273,7 @@ Class* getTemplateClass (const juce::String& templateName, std::initializer_list
 Class* ownedVectorClass (Class* targetClass)   { return getTemplateClass ("OwnedVector", targetClass); }
 Class* mapClass (Class* keyClass, Class* valueClass) { return getTemplateClass ("Map", { { "key", keyClass }, { "value", valueClass } }); }
 Class* optionClass (Class* valueClass)         { return getTemplateClass ("Option", valueClass); }
+Class* selectionClass (Class* targetClass)     { return getTemplateClass ("Selection", targetClass); }
 Class* ownedPointerClass (Class* targetClass)  { return getTemplateClass ("OwnedPointer", targetClass); }
 Class* weakPointerClass (Class* targetClass)   { return getTemplateClass ("WeakPointer", targetClass); }
 

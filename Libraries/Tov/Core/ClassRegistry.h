@@ -81,6 +81,7 @@ Class* getTemplateClass (const juce::String& templateName, std::initializer_list
 Class* ownedVectorClass (Class* targetClass);
 Class* mapClass (Class* keyClass, Class* valueClass);
 Class* optionClass (Class* valueClass);
+Class* selectionClass (Class* targetClass);
 Class* ownedPointerClass (Class* targetClass);
 Class* weakPointerClass (Class* targetClass);
 

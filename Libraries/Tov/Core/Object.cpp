@@ -7,6 +7,7 @@
 #include "ComputeHashObjectExporter.h"
 #include "ObjectConverter.h"
 #include "ObjectConverters.h"
+#include "../Atomic/String.h"
 #include "../Container/ObjectOwnedVector.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include "../Pointer/ObjectWeakPointer.h"
@@ -600,11 +601,11 @@ uint64_t Object::computeHash() const
 //==============================================================================
 Object* Object::getLabelVariable() const
 {
+    // Asked for every friendly name: String's class is taken as it is, not looked up by its name.
     static const char* const labelNames[] = { "name", "label", "caption" };
-    auto* stringClass = tov::getClass ("String");
     for (auto* labelName : labelNames)
         if (auto* variable = const_cast<Object*> (this)->getVariableByName (labelName))
-            if (stringClass != nullptr && variable->getClass() != nullptr && variable->getClass()->inheritsFrom (stringClass))
+            if (variable->getClass() != nullptr && variable->getClass()->inheritsFrom (&String::staticClass))
                 return variable;
     return nullptr;
 }

@@ -2,6 +2,8 @@
 #include "../Message/Transaction/DefaultTemporalTransaction.h"
 #include "../Message/Transaction/ScopedTransaction.h"
 #include "../Message/Transaction/ScopedVolatileTransaction.h"
+#include "../Core/ObjectConverters.h"
+#include "ExecutionContext.h"
 
 namespace tov
 {
@@ -17,7 +19,14 @@ TemporalTransaction* Accessor::createTemporalTransaction (Object&) const
 void Accessor::convertValue (const Object& value, Object& target)
 {
     if (value.getClass() != target.getClass())
-        return value.convertToObject (target);
+    {
+        auto* converters = ObjectConverters::getInstanceWithoutCreating();
+        if (auto* converter = converters != nullptr ? converters->getFirstConverter (value, target.getClass()) : nullptr)
+            value.convertTo (ExecutionContext::get(), target, converter);
+        else
+            value.convertToObject (target);
+        return;
+    }
     if (value.equals (target))
         return;
     value.copyTo (target);
@@ -33,43 +42,50 @@ void Accessor::setTargetValue (Object& target, const Object& value, const juce::
     {
         ScopedVolatileTransaction transaction (target);
         convertValue (value, target);
+        return;
     }
-    else if (temporalTransaction == nullptr)
+
+    auto* defaultTransaction = dynamic_cast<const DefaultTemporalTransaction*> (temporalTransaction);
+    const Object* undoValue = defaultTransaction != nullptr ? defaultTransaction->getUndoValue() : nullptr;
+    const bool temporal = temporalTransaction != nullptr;
+    setTargetBeforeTransaction (target, value, temporal, undoValue);
+    ScopedTransaction transaction (description, target);
+    setTargetInsideTransaction (transaction, target, value, temporal, undoValue);
+}
+
+bool Accessor::hasConstraints (const Object& target)
+{
+    auto* parent = target.getParent();
+    return parent != nullptr && parent->hasVariableConstraints (&target);
+}
+
+void Accessor::setTargetBeforeTransaction (Object& target, const Object& value, bool temporal, const Object* undoValue)
+{
+    if (! temporal)
+        return;
+    if (! hasConstraints (target))
     {
-        ScopedTransaction transaction (description, target);
         convertValue (value, target);
     }
-    else
+    else if (undoValue != nullptr)
     {
-        setThroughTemporalTransaction (target, value, description, *temporalTransaction);
+        ScopedVolatileTransaction transaction (target);
+        convertValue (*undoValue, target);
     }
 }
 
-void Accessor::setThroughTemporalTransaction (Object& target, const Object& value, const juce::String& description,
-                                              const TemporalTransaction& temporalTransaction)
+void Accessor::setTargetInsideTransaction (ScopedTransaction& transaction, Object& target, const Object& value,
+                                           bool temporal, const Object* undoValue)
 {
-    auto* defaultTransaction = dynamic_cast<const DefaultTemporalTransaction*> (&temporalTransaction);
-    const Object* undoValue = defaultTransaction != nullptr ? defaultTransaction->getUndoValue() : nullptr;
-    auto* parent = target.getParent();
-
-    if (parent == nullptr || ! parent->hasVariableConstraints (&target))
+    if (temporal && ! hasConstraints (target))
     {
-        convertValue (value, target);
-        ScopedTransaction transaction (description, target);
         if (undoValue != nullptr)
             transaction.addObjectWithUndoValue (target, *undoValue);
         else
             transaction.addObjectCurrentValue (target);
         return;
     }
-
-    // Constraints must see the very step that undo will reverse: back to the start value first.
-    if (undoValue != nullptr)
-    {
-        ScopedVolatileTransaction transaction (target);
-        convertValue (*undoValue, target);
-    }
-    ScopedTransaction transaction (description, target);
+    transaction.store (target, false);
     convertValue (value, target);
 }
 

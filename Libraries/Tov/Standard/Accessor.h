@@ -6,6 +6,7 @@
 namespace tov
 {
 
+class ScopedTransaction;
 class TemporalTransaction;
 
 /** The way by which a view changes its target: with an undo step, without one, or as the end
@@ -30,12 +31,25 @@ public:
 
     /** Converts the value onto the target as an edit that the open scope hears: a value of the
         target's own class is copied, which tells nobody, so the target is then told of the change
-        when there was one. */
+        when there was one. A value of another class goes through the first converter that
+        ObjectConverters has for the target's class, and without one through the target's
+        convertFrom; either tells the target's observers itself. */
     static void convertValue (const Object& value, Object& target);
 
+protected:
+    /** A described change of one target comes in two halves around the transaction that records
+        it. Before it opens, with a temporal transaction: a target whose parent has no constraints
+        on it takes the value unrecorded (the transaction records it from the undo value); a
+        constrained one goes back to the undo value as a volatile change, so that its constraints
+        see the very step that undo will reverse. */
+    static void setTargetBeforeTransaction (Object& target, const Object& value, bool temporal, const Object* undoValue);
+    /** Inside the transaction: records the change from the undo value, or stores the target and
+        sets the value. */
+    static void setTargetInsideTransaction (ScopedTransaction& transaction, Object& target, const Object& value,
+                                            bool temporal, const Object* undoValue);
+
 private:
-    static void setThroughTemporalTransaction (Object& target, const Object& value, const juce::String& description,
-                                               const TemporalTransaction& temporalTransaction);
+    static bool hasConstraints (const Object& target);
 };
 
 } // namespace tov

@@ -1,4 +1,5 @@
 #include "TransactionTestSupport.h"
+#include "Support/TestValues.h"
 #include <Tov/Message/Transaction/DefaultTemporalTransaction.h>
 #include <Tov/Standard/Accessor.h>
 
@@ -135,11 +136,7 @@ TEST_F (TemporalTransactionTest, SetTargetValueOfAnotherNumberClassConvertsIt)
 
 TEST_F (TemporalTransactionTest, SetTargetValueOnAReadOnlyTargetChangesNothing)
 {
-    /** A parent that lets none of its variables be edited. */
-    struct Locked : public Object
-    {
-        bool isVariableEditable (const Object*, VariableDependenciesDeclarator&) const override  { return false; }
-    } locked;
+    ReadOnlyParent locked;
     Integer readOnly;
     readOnly.set (1, false);
     readOnly.setParent (&locked);

@@ -81,6 +81,8 @@ void TransactionTest::TearDown()
 {
     service.history = nullptr;
     service.peers.clear();
+    // Its transactions are in the space, which goes with the editor: they go first.
+    history.clear ("End");
     delete editor;
     receiver.clear();
 }
