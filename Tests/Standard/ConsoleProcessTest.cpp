@@ -94,7 +94,14 @@ TEST_F (ConsoleProcessTest, KillEndsARunningChild)
 {
     auto process = start ("/bin/cat", {});
     ASSERT_NE (process, nullptr);
+    // Once cat echoes, the shell has become cat.
+    char echo[2] = {};
+    ASSERT_TRUE (process->writeInput ("x", 1));
+    ASSERT_EQ (process->readOutput (echo, 1, timeOut), 1);
+    const juce::File executable ("/proc/" + juce::String ((juce::uint64) process->getProcessId()) + "/exe");
+    ASSERT_EQ (executable.getLinkedTarget(), juce::File ("/usr/bin/cat"));
     process->kill();
+    EXPECT_FALSE (executable.exists());
     int exitCode = 0;
     EXPECT_FALSE (process->isRunning (exitCode));
     EXPECT_EQ (exitCode, 128 + SIGKILL);
@@ -130,8 +137,8 @@ TEST_F (ConsoleProcessTest, TheExecutableIsQuotedAndTheArgumentsFollow)
     ASSERT_TRUE (juce::File ("/bin/echo").copyFileTo (executable));
     ASSERT_TRUE (executable.setExecutePermission (true));
     EXPECT_EQ (PosixConsoleProcess (executable.getFullPathName(), "a 'b c'", {}).getCommandLine(),
-               "\"" + executable.getFullPathName() + "\" a 'b c'");
-    EXPECT_EQ (PosixConsoleProcess ("/bin/true", {}, {}).getCommandLine(), "\"/bin/true\"");
+               "exec \"" + executable.getFullPathName() + "\" a 'b c'");
+    EXPECT_EQ (PosixConsoleProcess ("/bin/true", {}, {}).getCommandLine(), "exec \"/bin/true\"");
 
     auto process = start (executable.getFullPathName(), "a 'b  c'");
     ASSERT_NE (process, nullptr);

@@ -37,7 +37,7 @@ void PosixConsoleProcess::closeDescriptor (int& descriptor)
 
 juce::String PosixConsoleProcess::getCommandLine() const
 {
-    auto commandLine = executable.quoted();
+    auto commandLine = "exec " + executable.quoted();
     if (arguments.isNotEmpty())
         commandLine << " " << arguments;
     return commandLine;

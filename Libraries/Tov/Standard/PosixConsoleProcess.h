@@ -6,10 +6,12 @@
 namespace tov
 {
 
-/** A console process started with posix_spawn through "/bin/sh -c": a pipe to its standard
-    input, one from its standard output and standard error together. The parent's ends are
-    closed on exec, so that no other child inherits them. The process is held as a pidfd as
-    well, so that waits for its end take a time-out without polling. */
+/** A console process started with posix_spawn through "/bin/sh -c", so that its arguments
+    are read as a command line is; the shell then becomes the program (see getCommandLine).
+    A pipe goes to its standard input, one comes from its standard output and standard error
+    together. The parent's ends are closed on exec, so that no other child inherits them. The
+    process is held as a pidfd as well, so that waits for its end take a time-out without
+    polling. */
 class PosixConsoleProcess : public ConsoleProcess
 {
 public:
@@ -27,7 +29,8 @@ public:
     int getProcessHandle() const noexcept                   { return processHandle; }
 
     /** The command that the shell runs: the executable in double quotes, then a blank and the
-        arguments when there are any. */
+        arguments when there are any, after "exec", so that the shell becomes the program and
+        the process id is the program's. */
     juce::String getCommandLine() const;
 
 protected:

@@ -5,6 +5,7 @@
 #include <Tov/Standard/Service.h>
 #include <gtest/gtest.h>
 #include <chrono>
+#include <cstring>
 #include <thread>
 
 using namespace tov;
@@ -75,6 +76,20 @@ TEST (CpuTimingsProfilerTest, FinishedEventsKeepTheirTimesAndDepthInTheOrderThey
     EXPECT_EQ (events[1].startTime, 1.0);
     EXPECT_EQ (events[1].endTime, 8.0);
     EXPECT_EQ (events[1].level, 1);
+}
+
+TEST (CpuTimingsProfilerTest, ANameIsReadAgainWhenItsTextChangedInPlace)
+{
+    FakeClockProfiler profiler;
+    char name[16];
+    std::strcpy (name, "First");
+    { const ProfilerScope scope (name); }
+    std::strcpy (name, "Other");
+    { const ProfilerScope scope (name); }
+    const auto& events = profiler->getFinishedEvents();
+    ASSERT_EQ (events.size(), 2u);
+    EXPECT_EQ (events[0].name, "First");
+    EXPECT_EQ (events[1].name, "Other");
 }
 
 TEST (CpuTimingsProfilerTest, AFrameBeginsWithEmptyLists)

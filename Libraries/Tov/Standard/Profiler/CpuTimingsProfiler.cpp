@@ -27,12 +27,12 @@ void CpuTimingsProfiler::endFrame()
 void CpuTimingsProfiler::markEvent (juce::StringRef name)
 {
     if (isCurrentThreadRecorded())
-        markers.push_back ({ name, clock() });
+        markers.push_back ({ names.get (name), clock() });
 }
 
 CpuTimingsRangeEvent CpuTimingsProfiler::makeEvent (juce::StringRef name, int)
 {
-    return { name, clock(), 0.0, -1 };
+    return { names.get (name), clock(), 0.0, -1 };
 }
 
 void CpuTimingsProfiler::eventFinished (CpuTimingsRangeEvent& event)

@@ -2,6 +2,7 @@
 
 #include "../MillisecondClock.h"
 #include "CpuTimingsRangeEvent.h"
+#include "ProfilerNames.h"
 #include "StackEventProfiler.h"
 #include <vector>
 
@@ -44,6 +45,7 @@ protected:
 
 private:
     MillisecondClock clock;
+    ProfilerNames names;
     std::vector<CpuTimingsRangeEvent> finishedEvents;
     std::vector<Marker> markers;
 };

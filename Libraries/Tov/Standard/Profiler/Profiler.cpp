@@ -11,9 +11,12 @@ TOV_END_CLASS()
 std::atomic<Profiler*> Profiler::current { nullptr };
 std::atomic<bool> Profiler::userInterfaceThreadNamed { false };
 
+static std::atomic<uint64_t> lastSerial { 0 };
+
 Profiler::Profiler() noexcept
     : renderingThreadId (Service::getInvalidThreadId()),
-      userInterfaceThreadId (Service::getInvalidThreadId())
+      userInterfaceThreadId (Service::getInvalidThreadId()),
+      serial (++lastSerial)
 {
 }
 

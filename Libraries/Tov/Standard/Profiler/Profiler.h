@@ -54,6 +54,19 @@ public:
     bool isRenderingThreadCurrent() const noexcept;
     bool isUserInterfaceThreadCurrent() const noexcept;
 
+    /** The classes of threads that profilers tell apart; the rendering thread comes first when
+        it is also the user interface thread. */
+    enum class ThreadClass { rendering, userInterface, other };
+    ThreadClass getCurrentThreadClass() const noexcept
+    {
+        const auto current = (void*) juce::Thread::getCurrentThreadId();
+        if (current == getRenderingThreadId())
+            return ThreadClass::rendering;
+        if (current == getUserInterfaceThreadId())
+            return ThreadClass::userInterface;
+        return ThreadClass::other;
+    }
+
     /** The system's id of the calling thread (gettid), by which back-ends name threads. */
     static uint32_t getCurrentSystemThreadId() noexcept;
     /** The name of the calling thread's juce::Thread, or its system id without one. */
@@ -63,12 +76,33 @@ protected:
     /** True for the first caller in the process only: the user interface thread is named once. */
     static bool claimUserInterfaceThreadNaming() noexcept;
 
+    /** A number of this profiler alone, never given to another one in the process, even at the
+        same address: what a thread keeps of a profiler is checked against it. */
+    uint64_t getSerial() const noexcept                 { return serial; }
+
+    /** What find gives for the calling thread and this profiler: find runs once per thread (and
+        call site), and the thread keeps the answer for as long as it asks this profiler. */
+    template <class Value, class Find>
+    Value& findOncePerThread (Find&& find) const
+    {
+        struct Found
+        {
+            uint64_t profilerSerial = 0;
+            Value* value = nullptr;
+        };
+        thread_local Found found;
+        if (found.profilerSerial != serial)
+            found = { serial, &find() };
+        return *found.value;
+    }
+
 private:
     static std::atomic<Profiler*> current;
     static std::atomic<bool> userInterfaceThreadNamed;
 
     std::atomic<void*> renderingThreadId;
     std::atomic<void*> userInterfaceThreadId;
+    const uint64_t serial;
 };
 
 } // namespace tov

@@ -16,7 +16,8 @@ namespace tov
     other than the rendering thread. A thread left out returns before anything is made.
 
     The rendering and user interface stacks belong to their threads and have no lock; the
-    stacks of the other threads are found in a map under a lock, and then used without it.
+    stacks of the other threads are found in a map under a lock, and then used without it: each
+    thread looks its stack up once and keeps it.
 */
 template <class Event>
 class StackEventProfiler : public Profiler
@@ -24,16 +25,18 @@ class StackEventProfiler : public Profiler
 public:
     void beginEvent (juce::StringRef name, int category) override
     {
-        if (isCurrentThreadRecorded())
-            getCurrentThreadStack().push_back (makeEvent (name, category));
+        const auto threadClass = getCurrentThreadClass();
+        if (isRecorded (threadClass))
+            getStack (threadClass).push_back (makeEvent (name, category));
     }
 
     /** Without an open event on the thread, nothing happens. */
     void endEvent() override
     {
-        if (! isCurrentThreadRecorded())
+        const auto threadClass = getCurrentThreadClass();
+        if (! isRecorded (threadClass))
             return;
-        auto& stack = getCurrentThreadStack();
+        auto& stack = getStack (threadClass);
         if (stack.empty())
             return;
         // Finished while still on the stack, so that the back-end sees the depth it had.
@@ -76,30 +79,9 @@ protected:
 
     /** Whether the calling thread's events are recorded: its class is on, and it is the
         rendering thread unless the back-end records all threads. */
-    bool isCurrentThreadRecorded() const
-    {
-        if (isRenderingThreadCurrent())
-            return recordRenderingThread;
-        if (! recordsAllThreads())
-            return false;
-        if (isUserInterfaceThreadCurrent())
-            return recordUserInterfaceThread;
-        return recordOtherThreads;
-    }
-
+    bool isCurrentThreadRecorded() const                { return isRecorded (getCurrentThreadClass()); }
     /** The calling thread's stack, made (and the thread named) on its first use. */
-    std::deque<Event>& getCurrentThreadStack()
-    {
-        if (isRenderingThreadCurrent())
-            return renderingStack;
-        if (isUserInterfaceThreadCurrent())
-        {
-            if (claimUserInterfaceThreadNaming())
-                setThreadName ("Kelvo Main Thread", getCurrentSystemThreadId());
-            return userInterfaceStack;
-        }
-        return getOtherThreadStack();
-    }
+    std::deque<Event>& getCurrentThreadStack()          { return getStack (getCurrentThreadClass()); }
 
     juce::String address { "127.0.0.1" };
 
@@ -113,7 +95,35 @@ private:
     std::atomic<bool> recordUserInterfaceThread { true };
     std::atomic<bool> recordOtherThreads { true };
 
+    bool isRecorded (ThreadClass threadClass) const
+    {
+        if (threadClass == ThreadClass::rendering)
+            return recordRenderingThread;
+        if (! recordsAllThreads())
+            return false;
+        return threadClass == ThreadClass::userInterface ? recordUserInterfaceThread : recordOtherThreads;
+    }
+
+    std::deque<Event>& getStack (ThreadClass threadClass)
+    {
+        if (threadClass == ThreadClass::rendering)
+            return renderingStack;
+        if (threadClass == ThreadClass::userInterface)
+        {
+            if (claimUserInterfaceThreadNaming())
+                setThreadName ("Kelvo Main Thread", getCurrentSystemThreadId());
+            return userInterfaceStack;
+        }
+        return getOtherThreadStack();
+    }
+
+    /** The map is looked up under the lock once per thread: the thread keeps what it found. */
     std::deque<Event>& getOtherThreadStack()
+    {
+        return findOncePerThread<std::deque<Event>> ([this]() -> std::deque<Event>& { return findOtherThreadStack(); });
+    }
+
+    std::deque<Event>& findOtherThreadStack()
     {
         const auto threadId = getCurrentSystemThreadId();
         const juce::ScopedLock lock (otherStacksLock);

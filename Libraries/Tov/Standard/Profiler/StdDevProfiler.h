@@ -3,8 +3,10 @@
 #include "../MillisecondClock.h"
 #include "StackEventProfiler.h"
 #include "StdDevEvent.h"
+#include "StdDevThreadEvents.h"
 #include <atomic>
 #include <map>
+#include <memory>
 
 namespace tov
 {
@@ -14,8 +16,10 @@ namespace tov
     standard deviation of the time since the frame began, over the last 100 occurrences.
 
     On frames whose number is a multiple of 100 each occurrence prints its line to the debug
-    output (see StdDevEvent::getReportLine). Every thread is recorded; the statistics are kept
-    under a lock, the frame's start and number are atomics that the rendering thread writes.
+    output (see StdDevEvent::getReportLine). Every thread is recorded. The statistics of a
+    thread are its own and need no lock: only the table of threads has one, and a thread looks
+    its statistics up there once. The frame's start and number are atomics that the rendering
+    thread writes.
 
     An open scope is held on its thread's stack as the statistics of its Begin label, which
     know its name: a scope allocates nothing but the first time its label is seen.
@@ -35,9 +39,9 @@ public:
 
     uint64_t getFrameCount() const noexcept             { return frameCount.load(); }
 
-    enum class LabelKind { begin, end, mark };
+    using LabelKind = StdDevThreadEvents::Kind;
     /** The statistics of the label of the calling thread; null while it has not happened. */
-    const StdDevEvent* findEvent (juce::StringRef name, LabelKind kind) const;
+    const StdDevEvent* findEvent (juce::StringRef name, LabelKind kind)    { return getCurrentThreadEvents().find (name, kind); }
 
 protected:
     StdDevEvent* makeEvent (juce::StringRef name, int category) override;
@@ -45,43 +49,16 @@ protected:
     bool recordsAllThreads() const override             { return true; }
 
 private:
-    /** A label of a thread, as the name and the kind that make it. */
-    template <class Text>
-    struct Key
-    {
-        uint32_t threadId;
-        LabelKind kind;
-        Text name;
-    };
-    using StoredKey = Key<juce::String>;
-    using LookUpKey = Key<juce::StringRef>;
-
-    /** Orders stored keys and keys made for a look-up alike, so that a look-up builds no string. */
-    struct KeyOrder
-    {
-        using is_transparent = void;
-        template <class A, class B>
-        bool operator() (const Key<A>& a, const Key<B>& b) const noexcept
-        {
-            if (a.threadId != b.threadId)
-                return a.threadId < b.threadId;
-            if (a.kind != b.kind)
-                return a.kind < b.kind;
-            return juce::CharacterFunctions::compare (getText (a.name), getText (b.name)) < 0;
-        }
-        static juce::CharPointer_UTF8 getText (const juce::String& text) noexcept   { return text.getCharPointer(); }
-        static juce::CharPointer_UTF8 getText (juce::StringRef text) noexcept       { return text.text; }
-    };
-
     MillisecondClock clock;
     std::atomic<double> frameTime { -1.0 };
     std::atomic<uint64_t> frameCount { 0 };
-    mutable juce::CriticalSection eventsLock;
-    std::map<StoredKey, StdDevEvent, KeyOrder> events;
+    juce::CriticalSection threadsLock;
+    std::map<uint32_t, std::unique_ptr<StdDevThreadEvents>> threads;
 
     /** Counts an occurrence of the label on the calling thread, and prints its line when due. */
     StdDevEvent* record (juce::StringRef name, LabelKind kind);
-    static juce::String makeLabel (juce::StringRef name, LabelKind kind);
+    StdDevThreadEvents& getCurrentThreadEvents();
+    StdDevThreadEvents& findCurrentThreadEvents();
 };
 
 } // namespace tov
