@@ -132,15 +132,15 @@ TEST (CpuTimingsProfilerTest, TheRenderingThreadLeftOutRecordsNothing)
     EXPECT_TRUE (profiler->getFinishedEvents().empty());
 }
 
-// Known durations: sleeps inside the scopes, measured by the test's own clock around them.
-// The profiler's times fall within the test's, and the sleeps are long against the
-// tolerance of 1 ms, which covers the clock reads of the profiler.
+// Known durations: sleeps inside the scopes, measured by the test's own clock around them. The
+// report's times fall within the test's, and the sleeps are long against the tolerance of
+// 1 ms, which covers the clock reads of the profiler.
 TEST (CpuTimingsProfilerTest, TheReportMeasuresScopesOfKnownDurations)
 {
     InstalledProfiler<CpuTimingsProfiler> profiler;
     profiler->setRenderingThreadId (getCurrentJuceThreadId());
     using Clock = std::chrono::steady_clock;
-    const auto milliseconds = [] (Clock::duration d) { return std::chrono::duration<double, std::milli> (d).count(); };
+    const auto since = [] (Clock::time_point start) { return std::chrono::duration<double, std::milli> (Clock::now() - start).count(); };
 
     profiler->beginFrame();
     double outerMeasured, innerMeasured;
@@ -152,19 +152,26 @@ TEST (CpuTimingsProfilerTest, TheReportMeasuresScopesOfKnownDurations)
             const auto innerStart = Clock::now();
             const ProfilerScope inner ("Inner");
             std::this_thread::sleep_for (std::chrono::milliseconds (20));
-            innerMeasured = milliseconds (Clock::now() - innerStart);
+            innerMeasured = since (innerStart);
         }
-        outerMeasured = milliseconds (Clock::now() - outerStart);
+        outerMeasured = since (outerStart);
     }
+    DebugOutputCapture output;
+    profiler->endFrame();
 
-    const auto& events = profiler->getFinishedEvents();
-    ASSERT_EQ (events.size(), 2u);
-    const double inner = events[0].endTime - events[0].startTime, outer = events[1].endTime - events[1].startTime;
+    juce::StringArray lines;
+    lines.addLines (juce::String (output.getText()).trimEnd());
+    ASSERT_EQ (lines.size(), 3) << output.getText();
+    EXPECT_EQ (lines[0], "Kelvo frame report");
+    ASSERT_TRUE (lines[1].startsWith (" Outer;"));
+    ASSERT_TRUE (lines[2].startsWith ("  Inner;"));
+    const double outer = lines[1].fromFirstOccurrenceOf (";", false, false).getDoubleValue();
+    const double inner = lines[2].fromFirstOccurrenceOf (";", false, false).getDoubleValue();
     EXPECT_GE (inner, 20.0);
     EXPECT_NEAR (inner, innerMeasured, 1.0);
     EXPECT_GE (outer, 30.0);
     EXPECT_NEAR (outer, outerMeasured, 1.0);
-    // The profiler's clock counts whole microseconds.
-    EXPECT_LE (inner, innerMeasured + 0.001);
-    EXPECT_LE (outer, outerMeasured + 0.001);
+    // Printed with six digits, and the profiler's clock counts whole microseconds.
+    EXPECT_LE (inner, innerMeasured + 0.01);
+    EXPECT_LE (outer, outerMeasured + 0.01);
 }

@@ -1,5 +1,6 @@
 #include "ProfilerTestSupport.h"
 #include "../../Support/DebugOutputCapture.h"
+#include <Tov/Core/Class.h>
 #include <Tov/Standard/Profiler/NSightProfiler.h>
 #include <Tov/Standard/Profiler/ProfilerScope.h>
 #include <gtest/gtest.h>
@@ -50,6 +51,14 @@ TEST (NSightProfilerTest, TheDefaultLibrariesAreNvtxs)
     EXPECT_EQ (NSightProfiler::getDefaultLibraryNames(), juce::StringArray ({ "libnvToolsExt.so.1", "libnvToolsExt.so" }));
 }
 
+TEST (NSightProfilerTest, TheClassHasNoDefaultObjectThatWouldLoadALibrary)
+{
+    DebugOutputCapture output;
+    EXPECT_EQ (NSightProfiler::staticClass.getDefaultObject(), nullptr);
+    EXPECT_EQ (NSightProfiler::staticClass.createObject (nullptr), nullptr);
+    EXPECT_EQ (output.getText(), "");
+}
+
 TEST (NSightProfilerTest, WithoutTheLibraryItSaysSoOnceAndDoesNothing)
 {
     DebugOutputCapture output;
@@ -74,7 +83,7 @@ TEST (NSightProfilerTest, OnAMachineWithoutNvtxTheDefaultProfilerIsInert)
         GTEST_SKIP() << "NVTX is installed here";
     }
     DebugOutputCapture output;
-    InstalledProfiler<NSightProfiler> profiler;
+    InstalledProfiler<NSightProfiler> profiler (NSightProfiler::getDefaultLibraryNames());
     EXPECT_FALSE (profiler->isLibraryLoaded());
     EXPECT_EQ (output.getText(), "Could not find nvToolsExt64_1, NSight support is disabled\n");
 }

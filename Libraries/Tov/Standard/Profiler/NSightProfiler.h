@@ -10,14 +10,17 @@ namespace tov
 
     The library is loaded when the profiler is made. Without it the profiler says so once and
     stays installed, doing nothing. Every thread is recorded; NVTX keeps the stacks itself.
+
+    It is made with the libraries to try, and has no default constructor: the class has no
+    default object, which would load a library and speak whenever the class's defaults are made.
 */
 class NSightProfiler : public Profiler
 {
 public:
     TOV_DECLARE_CLASS (NSightProfiler, Profiler)
 
-    /** Loads the first of the libraries that opens: NVTX's names by default. */
-    explicit NSightProfiler (const juce::StringArray& libraryNames = getDefaultLibraryNames());
+    /** Loads the first of the libraries that opens: NVTX's are getDefaultLibraryNames(). */
+    explicit NSightProfiler (const juce::StringArray& libraryNames);
     ~NSightProfiler() override;
 
     static juce::StringArray getDefaultLibraryNames();

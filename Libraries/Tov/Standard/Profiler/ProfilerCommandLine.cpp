@@ -52,7 +52,7 @@ Profiler* ProfilerCommandLine::createProfiler() const
 {
     // The trace stream back-end joins here as UnrealProfiler (isFileMode(), address).
     if (name == "NSight")
-        return new NSightProfiler();
+        return new NSightProfiler (NSightProfiler::getDefaultLibraryNames());
     if (name == "StdDev")
         return withThreadClasses (new StdDevProfiler(), *this);
     if (name == "Trace")
