@@ -42,9 +42,10 @@ bool Profiler::isUserInterfaceThreadCurrent() const noexcept
     return getUserInterfaceThreadId() == (void*) juce::Thread::getCurrentThreadId();
 }
 
+// Asked at every event of the user interface thread: the exchange only until it is named.
 bool Profiler::claimUserInterfaceThreadNaming() noexcept
 {
-    return ! userInterfaceThreadNamed.exchange (true);
+    return ! userInterfaceThreadNamed.load (std::memory_order_relaxed) && ! userInterfaceThreadNamed.exchange (true);
 }
 
 // gettid is a system call each time: each thread asks once.
