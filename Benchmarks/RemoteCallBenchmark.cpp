@@ -8,6 +8,7 @@
 #include <Tov/Message/RemoteCall/SingletonMethodRemoteCall.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Network/InterprocessConnectionServer.h>
+#include <Tov/Standard/ConsoleProcess.h>
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/Service.h>
 #include "MedianReporter.h"
@@ -22,10 +23,6 @@
 #include <cstdio>
 #include <iostream>
 #include <map>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 // Round trips of a remote call with a small argument and result (a singleton method that takes
 // an Integer and answers the next one), each timed on the caller's service thread from the
@@ -145,54 +142,34 @@ class FarProcess
 public:
     ~FarProcess()
     {
-        if (processId <= 0)
-            return;
-        ::kill (processId, SIGKILL);
-        ::waitpid (processId, nullptr, 0);
-        ::close (output);
+        if (process != nullptr)
+            process->kill();
     }
 
     /** The port that the far process listens on, or -1. */
-    int start (const char* programPath)
+    int start (const juce::String& programPath)
     {
-        int pipeEnds[2];
-        if (::pipe (pipeEnds) != 0)
-            return -1;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init (&actions);
-        posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
-        posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
-        const std::string path = programPath;
-        char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> ("--callee"), nullptr };
-        // The far process starts with every signal at its default and none blocked, whatever
-        // this process's crash handler and threads have set.
-        posix_spawnattr_t attributes;
-        posix_spawnattr_init (&attributes);
-        sigset_t none, all;
-        sigemptyset (&none);
-        sigfillset (&all);
-        posix_spawnattr_setsigmask (&attributes, &none);
-        posix_spawnattr_setsigdefault (&attributes, &all);
-        posix_spawnattr_setflags (&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        const int result = ::posix_spawn (&processId, path.c_str(), &actions, &attributes, arguments, environ);
-        posix_spawnattr_destroy (&attributes);
-        posix_spawn_file_actions_destroy (&actions);
-        ::close (pipeEnds[1]);
-        output = pipeEnds[0];
-        return result == 0 ? readPort() : -1;
+        // Its debug output would fill the pipe, which nobody reads once the port is known.
+        process.reset (tov::ConsoleProcess::create (programPath, "--callee 2>/dev/null", {}));
+        return process != nullptr ? readPort() : -1;
     }
 
 private:
-    pid_t processId = -1;
-    int output = -1;
+    std::unique_ptr<tov::ConsoleProcess> process;
 
+    /** The number of the first line, "port <number>". */
     int readPort()
     {
-        std::string line;
-        char character;
-        while (::read (output, &character, 1) == 1 && character != '\n')
-            line += character;
-        return line.rfind ("port ", 0) == 0 ? std::stoi (line.substr (5)) : -1;
+        std::string output;
+        char buffer[64];
+        while (output.find ('\n') == std::string::npos)
+        {
+            const int numRead = process->readOutput (buffer, (int) sizeof (buffer), 30000);
+            if (numRead <= 0)
+                return -1;
+            output.append (buffer, (size_t) numRead);
+        }
+        return output.rfind ("port ", 0) == 0 ? std::stoi (output.substr (5)) : -1;
     }
 };
 
@@ -317,10 +294,6 @@ int main (int argc, char** argv)
     const bool calleeMode = argc == 2 && std::string (argv[1]) == "--callee";
     if (! calleeMode && ! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
-    // Started before this process has threads and a program of its own, which a spawned
-    // process would inherit the state of.
-    FarProcess farProcess;
-    const int farPort = calleeMode ? 0 : farProcess.start (argv[0]);
 
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
     BenchmarkProgram program;
@@ -329,6 +302,10 @@ int main (int argc, char** argv)
     if (calleeMode)
         return runCallee();
     {
+        // The program itself, as /proc/self/exe names it. JUCE's currentExecutableFile is the
+        // module that holds JUCE, here libtov.so, which dies of SIGSEGV when started.
+        FarProcess farProcess;
+        const int farPort = farProcess.start (juce::File::getSpecialLocation (juce::File::hostApplicationPath).getFullPathName());
         Setup connected;
         if (! connected.start (farPort))
         {

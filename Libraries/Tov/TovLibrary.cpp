@@ -67,7 +67,12 @@
 #include "Standard/SuccessStatus.h"
 #include "Standard/GroupIssue.h"
 #include "Standard/GroupTask.h"
+#include "Standard/NativeDirectory.h"
 #include "Standard/NativeFile.h"
+#include "Standard/Profiler/CpuTimingsProfiler.h"
+#include "Standard/Profiler/NSightProfiler.h"
+#include "Standard/Profiler/StdDevProfiler.h"
+#include "Standard/Profiler/TraceProfiler.h"
 #include "Standard/ProgressionStatistics.h"
 #include "Standard/Time.h"
 
@@ -267,6 +272,17 @@ Library* createTovMessageLibrary()
     return library;
 }
 
+static Library* createTovProfilerLibrary()
+{
+    auto* library = createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler");
+    library->addClass<Profiler>();
+    library->addClass<NSightProfiler>();
+    library->addClass<StdDevProfiler>();
+    library->addClass<TraceProfiler>();
+    library->addClass<CpuTimingsProfiler>();
+    return library;
+}
+
 Library* createTovStandardLibrary()
 {
     auto* library = createSubLibrary ("Standard", sourceRoot + "/Standard");
@@ -306,11 +322,12 @@ Library* createTovStandardLibrary()
     library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
     library->addClass<NativeFile>();
+    library->addClass<NativeDirectory>();
     library->addClass<TaskState>();
     library->addClass<Task>();
     library->addClass<GroupTask>();
     library->addClass<ProgressionStatistics>();
-    library->addLibrary (createSubLibrary ("Profiler", sourceRoot + "/Standard/Profiler"));
+    library->addLibrary (createTovProfilerLibrary());
     return library;
 }
 

@@ -1,6 +1,8 @@
 #include "Program.h"
 #include "ProgramGetSoftwareVersionMethod.h"
 #include "LoggerExecutionContextView.h"
+#include "Profiler/ProfilerCommandLine.h"
+#include "Profiler/Profiler.h"
 #include "TextDrawingWarmUp.h"
 #include "TimeText.h"
 #include "../Core/Class.h"
@@ -111,7 +113,7 @@ bool Program::startProgram()
     programExecutionContext.enter ("Program");
     logStartLines();
     step ("configure the profiler");
-    // The profiler named by the command line is set here once profilers exist.
+    ProfilerCommandLine::installProfiler();
     step ("program started");
     return programStarted();
 }
@@ -149,7 +151,7 @@ int Program::stopProgram()
     step ("remove libraries");
     removeLibraries (*root);
     step ("unset the profiler");
-    // Profiler::set (nullptr) goes here once profilers exist.
+    Profiler::set (nullptr);
     step ("deinitialize tov");
     deinitializeTov();
 

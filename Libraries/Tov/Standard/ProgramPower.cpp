@@ -1,5 +1,6 @@
 // Waits, priorities, sleep inhibition and affinity of the process.
 #include "Program.h"
+#include "Profiler/ProfilerScope.h"
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sched.h>
@@ -30,6 +31,7 @@ void Program::preciseSleep (double milliseconds)
     }
 
     // A sleep of 1 ms can take several: the last 6 ms are always busy-waited.
+    const ProfilerScope scope ("PreciseSleep");
     const double start = juce::Time::getMillisecondCounterHiRes();
     const double end = start + milliseconds;
     double previous = start;
@@ -48,6 +50,7 @@ void Program::preciseSleep (double milliseconds)
 
 void Program::yieldCurrentThreadAccordingToPowerSaveMode (bool yieldOnly)
 {
+    const ProfilerScope scope ("YieldOrSleep");
     if (powerSaveMode)
         juce::Thread::sleep (990);
     else if (yieldOnly)

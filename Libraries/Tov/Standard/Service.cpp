@@ -2,6 +2,7 @@
 #include "InternalJuceThread.h"
 #include "LoggerExecutionContextView.h"
 #include "Program.h"
+#include "Profiler/ProfilerScope.h"
 #include "../Core/CachedDynamicCast.h"
 #include "../Core/ObjectSpace.h"
 #include "../Message/Peer.h"
@@ -108,10 +109,15 @@ void Service::stopService (int timeOutMilliseconds)
 
 bool Service::callServiceUpdate (bool callPostUpdate)
 {
-    // The profiler scopes, named after the service and "PostUpdate", open here once profilers exist.
-    const bool result = serviceUpdated();
+    bool result;
+    {
+        // The name is the service's own string: nothing is built for the scope.
+        const ProfilerScope scope (name.get());
+        result = serviceUpdated();
+    }
     if (! result || ! callPostUpdate)
         return result;
+    const ProfilerScope scope ("PostUpdate");
     servicePostUpdated();
     return true;
 }
