@@ -3,6 +3,7 @@
 #include "../Message/Mirroring/MirrorerObjectSpaceView.h"
 #include "../Message/Transaction/TransactionMakerObjectSpaceView.h"
 #include "../Standard/ExecutionContext.h"
+#include "../Standard/Profiler/ProfilerScope.h"
 #include "../Standard/Service.h"
 
 namespace tov
@@ -247,12 +248,12 @@ void ObjectSpace::disableMirroring()
     mirrorer = nullptr;
 }
 
-// The profiler scope "UpdateOutputMirrorer " + the space's name opens around the mirrorer's
-// update once profilers exist.
 void ObjectSpace::updateMirroring (double timeInSeconds, double periodInSeconds)
 {
     if (mirrorer != nullptr)
     {
+        // The name is made only for a profiler that will see it.
+        const ProfilerScope scope (Profiler::get() != nullptr ? "UpdateOutputMirrorer " + getName() : juce::String());
         mirrorer->update (timeInSeconds, periodInSeconds);
         if (mirrorer != nullptr && mirrorer->getNumTargets() == 0)
             disableMirroring();

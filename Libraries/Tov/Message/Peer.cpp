@@ -1,4 +1,5 @@
 #include "Peer.h"
+#include "../Standard/Profiler/ProfilerScope.h"
 #include "Envelop.h"
 #include "RemoteCall/CompletionRoutineTable.h"
 #include "RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h"
@@ -79,9 +80,9 @@ size_t Peer::getNumCompletionRoutines() const
 }
 
 //==============================================================================
-// The profiler scope "ProcessIncomingMessages" opens here once profilers exist.
 void Peer::processIncomingMessages (ExecutionContext& context)
 {
+    const ProfilerScope scope ("ProcessIncomingMessages");
     std::vector<Envelop*> batch;
     incomingMessageTarget->takeEnvelops (batch);
     if (! batch.empty())

@@ -1,5 +1,6 @@
 #include "MirroringTestSupport.h"
 #include "Support/TestValues.h"
+#include "Standard/Profiler/ProfilerTestSupport.h"
 #include "Message/RemoteCallTestSupport.h"
 #include "Support/DeletionWatcher.h"
 #include "Support/RecordingExecutionContext.h"
@@ -442,4 +443,21 @@ TEST_F (MirroringTest, ARequestReceivedByATargetWithoutIdentifierIsRefused)
     EXPECT_EQ (anonymous.document.getMirrorer(), nullptr);
     mirror->cancelAllCompletionRoutines();
     EXPECT_EQ (routine.getLines(), std::vector<juce::String> { "0 null" });
+}
+
+TEST_F (MirroringTest, TheMirrorerAndTheMirrorOpenTheirProfilerScopes)
+{
+    requestMirror();
+    InstalledProfiler<RecordingStackProfiler> profiler;
+    sourceSpace().deleteRootObject();
+    sourceSpace().setRootObject (static_cast<Document*> (Document::staticClass.createObject()), true);
+    document = static_cast<Document*> (sourceSpace().getRootObject());
+    sync();
+    expectSame();
+    const auto calls = profiler->getCalls();
+    const std::vector<std::string> expected { "make UpdateOutputMirrorer Document 0", "make MakeMessage 0", "make PostEnvelop 0",
+                                              "finished PostEnvelop at 3", "finished MakeMessage at 2", "finished UpdateOutputMirrorer Document at 1",
+                                              "make ProcessIncomingMessages 0", "make MirrorObjectSpaceRoot 0", "finished MirrorObjectSpaceRoot at 2",
+                                              "finished ProcessIncomingMessages at 1" };
+    EXPECT_EQ (calls, expected);
 }

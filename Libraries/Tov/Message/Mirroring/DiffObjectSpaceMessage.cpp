@@ -1,4 +1,5 @@
 #include "DiffObjectSpaceMessage.h"
+#include "../../Standard/Profiler/ProfilerScope.h"
 #include "../../Container/ObjectMap.h"
 #include "../../Container/ObjectOwnedVector.h"
 #include "../../Core/ObjectExporter.h"
@@ -226,7 +227,7 @@ void DiffObjectSpaceMessage::mirrorRoot (ObjectImporter& importer, ObjectSpace& 
     auto root = pending.find (UniqueIdentifier::getRootIdentifier());
     if (root == pending.end())
         return;
-    // The profiler scope "MirrorObjectSpaceRoot" opens here once profilers exist.
+    const ProfilerScope scope ("MirrorObjectSpaceRoot");
     const auto state = root->second;
     pending.erase (root);
     juce::String error;

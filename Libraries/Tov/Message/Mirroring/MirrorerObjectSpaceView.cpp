@@ -1,4 +1,5 @@
 #include "MirrorerObjectSpaceView.h"
+#include "../../Standard/Profiler/ProfilerScope.h"
 #include "../Envelop.h"
 #include "../../Core/ObjectExporter.h"
 #include "../../Core/ObjectSpace.h"
@@ -105,9 +106,9 @@ bool MirrorerObjectSpaceView::makeMessageOnce (bool& succeeded)
 }
 
 //==============================================================================
-// The profiler scope "MakeMessage" opens here once profilers exist.
 bool MirrorerObjectSpaceView::makeMessage()
 {
+    const ProfilerScope scope ("MakeMessage");
     auto& diff = getDiffMessageToChange();
     for (auto* object : changedObjects)
         diff.addChange (VariableAddress (object), StateObjectExporter::make (*object, mirroredStateFlags, true));
@@ -118,9 +119,9 @@ bool MirrorerObjectSpaceView::makeMessage()
     return postMessage (diffMessage.release());
 }
 
-// The profiler scope "PostEnvelop" opens here once profilers exist.
 bool MirrorerObjectSpaceView::postMessage (Message* message)
 {
+    const ProfilerScope scope ("PostEnvelop");
     if (targetIdentifiers.isEmpty() || ! Program::isStillRunning())
     {
         message->deleteThis();
