@@ -10,22 +10,16 @@
 #include <Tov/Network/InterprocessConnectionServer.h>
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/Service.h>
+#include "FarProcess.h"
 #include "MedianReporter.h"
 #include "PacedPeerService.h"
-#include "RandomInterleaving.h"
+#include "Percentile.h"
 #include "RawSocketPair.h"
 #include <benchmark/benchmark.h>
-#include <juce_events/juce_events.h>
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <iostream>
 #include <map>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 // Round trips of a remote call with a small argument and result (a singleton method that takes
 // an Integer and answers the next one), each timed on the caller's service thread from the
@@ -59,14 +53,8 @@ TOV_BEGIN_CLASS (NextIntegerMethod)
     TOV_VARIABLE (value)
 TOV_END_CLASS()
 
-tov::String* makeName (const juce::String& name)
-{
-    auto* identifier = new tov::String();
-    identifier->set (name, false);
-    return identifier;
-}
-
-using tov::benchmarks::PacedPeerService;
+using PacedPeerService = tov::benchmarks::PacedPeerService<>;
+using tov::benchmarks::makeName;
 
 /** Makes batches of calls on its own thread when asked, timing each one. */
 class CallerService : public PacedPeerService
@@ -126,75 +114,8 @@ int runCallee()
 {
     PacedPeerService callee ("callee", makeName ("callee"));
     callee.start();
-    tov::benchmarks::ForwardingServer server;
-    tov::ExecutionContext context;
-    if (! server.startServer (context))
-        return 1;
-    std::cout << "port " << server.getBoundPort() << std::endl;
-    for (;;)
-    {
-        server.updateServer();
-        juce::Thread::sleep (50);
-    }
+    return tov::benchmarks::serveUntilKilled();
 }
-
-//==============================================================================
-/** This program started with --callee, killed when it goes. */
-class FarProcess
-{
-public:
-    ~FarProcess()
-    {
-        if (processId <= 0)
-            return;
-        ::kill (processId, SIGKILL);
-        ::waitpid (processId, nullptr, 0);
-        ::close (output);
-    }
-
-    /** The port that the far process listens on, or -1. */
-    int start (const char* programPath)
-    {
-        int pipeEnds[2];
-        if (::pipe (pipeEnds) != 0)
-            return -1;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init (&actions);
-        posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
-        posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
-        const std::string path = programPath;
-        char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> ("--callee"), nullptr };
-        // The far process starts with every signal at its default and none blocked, whatever
-        // this process's crash handler and threads have set.
-        posix_spawnattr_t attributes;
-        posix_spawnattr_init (&attributes);
-        sigset_t none, all;
-        sigemptyset (&none);
-        sigfillset (&all);
-        posix_spawnattr_setsigmask (&attributes, &none);
-        posix_spawnattr_setsigdefault (&attributes, &all);
-        posix_spawnattr_setflags (&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        const int result = ::posix_spawn (&processId, path.c_str(), &actions, &attributes, arguments, environ);
-        posix_spawnattr_destroy (&attributes);
-        posix_spawn_file_actions_destroy (&actions);
-        ::close (pipeEnds[1]);
-        output = pipeEnds[0];
-        return result == 0 ? readPort() : -1;
-    }
-
-private:
-    pid_t processId = -1;
-    int output = -1;
-
-    int readPort()
-    {
-        std::string line;
-        char character;
-        while (::read (output, &character, 1) == 1 && character != '\n')
-            line += character;
-        return line.rfind ("port ", 0) == 0 ? std::stoi (line.substr (5)) : -1;
-    }
-};
 
 /** The in-process pair, and a caller that reaches the far process through a connection. */
 struct Setup
@@ -278,13 +199,7 @@ void rawSocketRoundTrip (benchmark::State& state)
 }
 
 //==============================================================================
-double percentile (std::vector<double> samples, double fraction)
-{
-    if (samples.empty())
-        return 0.0;
-    std::sort (samples.begin(), samples.end());
-    return samples[std::min (samples.size() - 1, (size_t) (fraction * (double) (samples.size() - 1) + 0.5))];
-}
+using tov::benchmarks::percentile;
 
 void printRow (const char* title, const std::vector<double>& samples, const std::vector<double>& raw)
 {
@@ -310,46 +225,37 @@ protected:
     }
 };
 
+/** The calls and their rows; 1 when the far process could not be reached. */
+int runCaller (int farPort)
+{
+    Setup connected;
+    if (! connected.start (farPort))
+    {
+        std::printf ("Could not start the far process or connect to it\n");
+        return 1;
+    }
+    setup = &connected;
+    for (auto [name, function] : { std::pair ("RemoteCallInProcess", &remoteCallInProcess),
+                                   std::pair ("RemoteCallLoopback", &remoteCallLoopback),
+                                   std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
+        benchmark::RegisterBenchmark (name, function)
+            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
+            ->MinTime (0.3)->UseRealTime();
+    std::printf ("\n");
+    tov::benchmarks::MedianReporter reporter;
+    benchmark::RunSpecifiedBenchmarks (&reporter);
+    std::printf ("\n");
+    printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
+    printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
+    std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
+    benchmark::Shutdown();
+    setup = nullptr;
+    return 0;
+}
+
 } // namespace
 
 int main (int argc, char** argv)
 {
-    const bool calleeMode = argc == 2 && std::string (argv[1]) == "--callee";
-    if (! calleeMode && ! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
-        return 1;
-    // Started before this process has threads and a program of its own, which a spawned
-    // process would inherit the state of.
-    FarProcess farProcess;
-    const int farPort = calleeMode ? 0 : farProcess.start (argv[0]);
-
-    juce::ScopedJuceInitialiser_GUI juceInitialiser;
-    BenchmarkProgram program;
-    if (! program.startProgram())
-        return 1;
-    if (calleeMode)
-        return runCallee();
-    {
-        Setup connected;
-        if (! connected.start (farPort))
-        {
-            std::printf ("Could not start the far process or connect to it\n");
-            return 1;
-        }
-        setup = &connected;
-        for (auto [name, function] : { std::pair ("RemoteCallInProcess", &remoteCallInProcess),
-                                       std::pair ("RemoteCallLoopback", &remoteCallLoopback),
-                                       std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
-            benchmark::RegisterBenchmark (name, function)
-                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
-                ->MinTime (0.3)->UseRealTime();
-        std::printf ("\n");
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        std::printf ("\n");
-        printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
-        printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
-        std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
-        benchmark::Shutdown();
-    }
-    return program.stopProgram();
+    return tov::benchmarks::runWithFarProcess<BenchmarkProgram> (argc, argv, "--callee", runCallee, runCaller);
 }
