@@ -39,7 +39,7 @@
 //   that both processes share) into the gain of one of 64 probe tracks in turn, so that each
 //   edit survives the coalescing of a period as its own number; the source also writes the
 //   time into the session's postedAt just before a pass sends a diff. This process mirrors the
-//   document on a service thread of its own and, after each pass that applied something, reads
+//   document on a service thread of its own and, after each of its passes, reads
 //   the probes: per edit, edit to application, edit to post (the wait for the period) and post
 //   to application. Both services wait on their thread's event between passes; the source
 //   wakes for its next edit and for the end of the mirroring period, never spins.
@@ -634,6 +634,7 @@ void snapshotMirroring (benchmark::State& state)
     source.document.setRootObject (makeSession(), true);
     tov::Integer callIdentifier (1);
     double makeTime = 0.0, wireTime = 0.0, applyTime = 0.0;
+    size_t numBytes = 0;
     for (auto _ : state)
     {
         const double start = threadMilliseconds();
@@ -644,6 +645,7 @@ void snapshotMirroring (benchmark::State& state)
             juce::MemoryOutputStream output (block, false);
             tov::State::toBinary (snapshot.get(), output);
         }
+        numBytes = block.getSize();
         juce::MemoryInputStream input (block, false);
         std::shared_ptr<tov::State> read;
         juce::String error;
@@ -661,12 +663,14 @@ void snapshotMirroring (benchmark::State& state)
     state.counters["make_ms"] = benchmark::Counter (makeTime, benchmark::Counter::kAvgIterations);
     state.counters["wire_ms"] = benchmark::Counter (wireTime, benchmark::Counter::kAvgIterations);
     state.counters["apply_ms"] = benchmark::Counter (applyTime, benchmark::Counter::kAvgIterations);
+    state.counters["bytes"] = (double) numBytes;
 }
 
 void snapshotValueTree (benchmark::State& state)
 {
     const auto session = makeSessionTree();
     juce::ValueTree mirror;
+    size_t numBytes = 0;
     for (auto _ : state)
     {
         juce::MemoryBlock block;
@@ -674,8 +678,10 @@ void snapshotValueTree (benchmark::State& state)
             juce::MemoryOutputStream output (block, false);
             session.writeToStream (output);
         }
+        numBytes = block.getSize();
         mirror = juce::ValueTree::readFromData (block.getData(), block.getSize());
     }
+    state.counters["bytes"] = (double) numBytes;
     if (! mirror.isEquivalentTo (session))
         state.SkipWithError ("the mirror differs");
 }
@@ -732,6 +738,8 @@ void printTables (const tov::benchmarks::MedianReporter& reporter)
     std::printf ("Mirroring's steps: make %.2f ms, binary write and read %.2f ms, apply %.2f ms\n",
                  reporter.getMedianCounter ("Snapshot/Mirroring", "make_ms"), reporter.getMedianCounter ("Snapshot/Mirroring", "wire_ms"),
                  reporter.getMedianCounter ("Snapshot/Mirroring", "apply_ms"));
+    std::printf ("Binary forms: the snapshot's State %.0f bytes, the tree's stream %.0f bytes\n",
+                 reporter.getMedianCounter ("Snapshot/Mirroring", "bytes"), reporter.getMedianCounter ("Snapshot/ValueTree", "bytes"));
     printBytesTable();
 }
 
