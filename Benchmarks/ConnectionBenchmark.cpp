@@ -77,7 +77,7 @@ tov::Integer* makeIdentifier (int64_t value)
 }
 
 /** A service on a thread of its own with one peer of that identifier. */
-class PeerService : public tov::benchmarks::PacedPeerService
+class PeerService : public tov::benchmarks::PacedPeerService<>
 {
 public:
     PeerService (const juce::String& name, int64_t identifier) : PacedPeerService (name, makeIdentifier (identifier)) {}

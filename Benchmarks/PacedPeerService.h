@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tov/Atomic/String.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Network/InterprocessConnectionServer.h>
@@ -9,9 +10,18 @@
 namespace tov::benchmarks
 {
 
+/** A peer identifier that is a name. */
+inline String* makeName (const juce::String& name)
+{
+    auto* identifier = new String();
+    identifier->set (name, false);
+    return identifier;
+}
+
 /** A service on a thread of its own with one peer, registered with the running program. Between
     passes it waits on its thread's event, which a post to its peer signals, or 10 ms: as an
-    application's service does, it never spins. */
+    application's service does, it never spins. The peer's class may declare object spaces. */
+template <class PeerClass = Peer>
 class PacedPeerService : public RegisteredService
 {
 public:
@@ -29,7 +39,7 @@ public:
             std::this_thread::yield();
     }
 
-    Peer peer;
+    PeerClass peer;
 
 protected:
     void servicePostUpdated() override

@@ -2,6 +2,7 @@
 
 #include <Tov/Network/FrameReader.h>
 #include <Tov/Network/TcpSocket.h>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -29,12 +30,14 @@ public:
             arrived.notify_all();
     }
 
-    void waitFor (int64_t awaited)
+    /** False when the time-out passed first. */
+    bool waitFor (int64_t awaited, std::chrono::milliseconds timeOut = std::chrono::hours (1))
     {
         std::unique_lock<std::mutex> lock (mutex);
         wanted = awaited;
-        arrived.wait (lock, [&] { return count >= wanted; });
+        const bool reached = arrived.wait_for (lock, timeOut, [&] { return count >= wanted; });
         wanted = -1;
+        return reached;
     }
 
     int64_t get()

@@ -8,20 +8,17 @@
 #include <Tov/Message/RemoteCall/SingletonMethodRemoteCall.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Network/InterprocessConnectionServer.h>
-#include <Tov/Standard/ConsoleProcess.h>
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/Service.h>
+#include "FarProcess.h"
 #include "MedianReporter.h"
 #include "PacedPeerService.h"
-#include "RandomInterleaving.h"
+#include "Percentile.h"
 #include "RawSocketPair.h"
 #include <benchmark/benchmark.h>
-#include <juce_events/juce_events.h>
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <iostream>
 #include <map>
 
 // Round trips of a remote call with a small argument and result (a singleton method that takes
@@ -56,14 +53,8 @@ TOV_BEGIN_CLASS (NextIntegerMethod)
     TOV_VARIABLE (value)
 TOV_END_CLASS()
 
-tov::String* makeName (const juce::String& name)
-{
-    auto* identifier = new tov::String();
-    identifier->set (name, false);
-    return identifier;
-}
-
-using tov::benchmarks::PacedPeerService;
+using PacedPeerService = tov::benchmarks::PacedPeerService<>;
+using tov::benchmarks::makeName;
 
 /** Makes batches of calls on its own thread when asked, timing each one. */
 class CallerService : public PacedPeerService
@@ -123,55 +114,8 @@ int runCallee()
 {
     PacedPeerService callee ("callee", makeName ("callee"));
     callee.start();
-    tov::benchmarks::ForwardingServer server;
-    tov::ExecutionContext context;
-    if (! server.startServer (context))
-        return 1;
-    std::cout << "port " << server.getBoundPort() << std::endl;
-    for (;;)
-    {
-        server.updateServer();
-        juce::Thread::sleep (50);
-    }
+    return tov::benchmarks::serveUntilKilled();
 }
-
-//==============================================================================
-/** This program started with --callee, killed when it goes. */
-class FarProcess
-{
-public:
-    ~FarProcess()
-    {
-        if (process != nullptr)
-            process->kill();
-    }
-
-    /** The port that the far process listens on, or -1. */
-    int start (const juce::String& programPath)
-    {
-        // Its debug output would fill the pipe, which nobody reads once the port is known.
-        process.reset (tov::ConsoleProcess::create (programPath, "--callee 2>/dev/null", {}));
-        return process != nullptr ? readPort() : -1;
-    }
-
-private:
-    std::unique_ptr<tov::ConsoleProcess> process;
-
-    /** The number of the first line, "port <number>". */
-    int readPort()
-    {
-        std::string output;
-        char buffer[64];
-        while (output.find ('\n') == std::string::npos)
-        {
-            const int numRead = process->readOutput (buffer, (int) sizeof (buffer), 30000);
-            if (numRead <= 0)
-                return -1;
-            output.append (buffer, (size_t) numRead);
-        }
-        return output.rfind ("port ", 0) == 0 ? std::stoi (output.substr (5)) : -1;
-    }
-};
 
 /** The in-process pair, and a caller that reaches the far process through a connection. */
 struct Setup
@@ -255,13 +199,7 @@ void rawSocketRoundTrip (benchmark::State& state)
 }
 
 //==============================================================================
-double percentile (std::vector<double> samples, double fraction)
-{
-    if (samples.empty())
-        return 0.0;
-    std::sort (samples.begin(), samples.end());
-    return samples[std::min (samples.size() - 1, (size_t) (fraction * (double) (samples.size() - 1) + 0.5))];
-}
+using tov::benchmarks::percentile;
 
 void printRow (const char* title, const std::vector<double>& samples, const std::vector<double>& raw)
 {
@@ -287,46 +225,37 @@ protected:
     }
 };
 
+/** The calls and their rows; 1 when the far process could not be reached. */
+int runCaller (int farPort)
+{
+    Setup connected;
+    if (! connected.start (farPort))
+    {
+        std::printf ("Could not start the far process or connect to it\n");
+        return 1;
+    }
+    setup = &connected;
+    for (auto [name, function] : { std::pair ("RemoteCallInProcess", &remoteCallInProcess),
+                                   std::pair ("RemoteCallLoopback", &remoteCallLoopback),
+                                   std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
+        benchmark::RegisterBenchmark (name, function)
+            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
+            ->MinTime (0.3)->UseRealTime();
+    std::printf ("\n");
+    tov::benchmarks::MedianReporter reporter;
+    benchmark::RunSpecifiedBenchmarks (&reporter);
+    std::printf ("\n");
+    printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
+    printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
+    std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
+    benchmark::Shutdown();
+    setup = nullptr;
+    return 0;
+}
+
 } // namespace
 
 int main (int argc, char** argv)
 {
-    const bool calleeMode = argc == 2 && std::string (argv[1]) == "--callee";
-    if (! calleeMode && ! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
-        return 1;
-
-    juce::ScopedJuceInitialiser_GUI juceInitialiser;
-    BenchmarkProgram program;
-    if (! program.startProgram())
-        return 1;
-    if (calleeMode)
-        return runCallee();
-    {
-        // The program itself, as /proc/self/exe names it. JUCE's currentExecutableFile is the
-        // module that holds JUCE, here libtov.so, which dies of SIGSEGV when started.
-        FarProcess farProcess;
-        const int farPort = farProcess.start (juce::File::getSpecialLocation (juce::File::hostApplicationPath).getFullPathName());
-        Setup connected;
-        if (! connected.start (farPort))
-        {
-            std::printf ("Could not start the far process or connect to it\n");
-            return 1;
-        }
-        setup = &connected;
-        for (auto [name, function] : { std::pair ("RemoteCallInProcess", &remoteCallInProcess),
-                                       std::pair ("RemoteCallLoopback", &remoteCallLoopback),
-                                       std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
-            benchmark::RegisterBenchmark (name, function)
-                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
-                ->MinTime (0.3)->UseRealTime();
-        std::printf ("\n");
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        std::printf ("\n");
-        printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
-        printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
-        std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
-        benchmark::Shutdown();
-    }
-    return program.stopProgram();
+    return tov::benchmarks::runWithFarProcess<BenchmarkProgram> (argc, argv, "--callee", runCallee, runCaller);
 }
