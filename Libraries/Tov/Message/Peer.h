@@ -81,7 +81,7 @@ public:
     void removeObjectSpacesMirroringTarget (const Object& targetIdentifier);
     void disableObjectSpacesMirroring();
     void updateObjectSpacesMirroring (double nowSeconds, double periodSeconds);
-    /** Asks the remote target for a mirror of each of this peer's spaces, by the name of the
+    /** On the peer's service thread: asks the remote target for a mirror of each of this peer's spaces, by the name of the
         space: each snapshot becomes the root of the space when it comes, and diffs follow. True
         when every request was sent. A peer that reconnects must ask again. */
     bool asyncRequestMirroringFrom (MessageTarget& remoteTarget);

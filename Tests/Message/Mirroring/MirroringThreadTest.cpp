@@ -91,13 +91,19 @@ TEST_F (MirroringThreadTest, AMirrorOnAnotherThreadConvergesOnTheSourceAfterTheE
 {
     numEditsLeft = 2000;
     editOnSourceThread();
+    // Asked on the mirror's thread, which its peer belongs to, once the source has a document:
+    // the request travels through the peers' queues, and the snapshot is loaded there too.
+    std::atomic<int> requests { 0 };
+    mirror.onUpdated = [this, &requests]
+    {
+        if (requests == 0 && source.getText().isNotEmpty())
+            requests = mirror.peer.asyncRequestMirroringFrom (*source.peer.getIncomingMessageTarget()) ? 1 : -1;
+        return true;
+    };
     ASSERT_TRUE (source.startService (false));
     ASSERT_TRUE (mirror.startService (false));
-    ASSERT_TRUE (source.waitFor ([this] { return source.getText().isNotEmpty(); }));
-
-    // Asked from the test's thread: the request travels through the peers' queues, and the
-    // snapshot is loaded on the mirror's thread.
-    ASSERT_TRUE (mirror.peer.asyncRequestMirroringFrom (*source.peer.getIncomingMessageTarget()));
+    ASSERT_TRUE (mirror.waitFor ([&requests] { return requests != 0; }));
+    ASSERT_EQ (requests, 1);
     EXPECT_TRUE (mirror.waitFor ([this] { return numEditsLeft == 0 && mirror.getText() == source.getText(); }, 60000))
         << "source:\n" << source.getText() << "\nmirror:\n" << mirror.getText();
     EXPECT_TRUE (mirror.getText().contains ("'Document @1"));
