@@ -33,8 +33,10 @@
 #include "Message/Transaction/History.h"
 #include "Message/Transaction/UpdateObjectMirroredTransaction.h"
 #include "Network/InterprocessConnectionServer.h"
+#include "Network/LastNetworkServerFootprint.h"
 #include "Network/LocalNetworkAddress.h"
 #include "Network/NetworkAddress.h"
+#include "Network/NetworkBroadcaster.h"
 #include "Network/NetworkStats.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
@@ -210,6 +212,8 @@ Library* createTovNetworkLibrary()
     library->addClass<InterprocessConnectionIdentifier>();
     library->addClass<InterprocessConnection>();
     library->addClass<InterprocessConnectionServer>();
+    library->addClass<NetworkBroadcaster>();
+    library->addClass<LastNetworkServerFootprint>();
     return library;
 }
 
