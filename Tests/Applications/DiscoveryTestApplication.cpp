@@ -85,8 +85,9 @@ int main (int argc, char* argv[])
     const int port = juce::String (argv[2]).getIntValue();
     const int listenPort = juce::String (argv[3]).getIntValue();
 
-    initializeTov();
-    test::ensureDiscoveryTestLibrary();
+    auto* library = new NamedLibrary ("DiscoveryTestApplication", {});
+    library->addClass<test::ServerAnnouncement>();
+    initializeTov()->addLibrary (library);
     ExecutionContext context;
     context.addView (new SayingView());
     const int servicePort = juce::String (argv[5]).getIntValue();

@@ -13,7 +13,7 @@ class LastNetworkServerFootprintTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ensureDiscoveryTestLibrary();
+        ensureNetworkTestLibrary();
     }
 };
 } // namespace

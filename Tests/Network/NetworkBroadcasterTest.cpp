@@ -29,7 +29,7 @@ protected:
 
     void SetUp() override
     {
-        ensureDiscoveryTestLibrary();
+        ensureNetworkTestLibrary();
         ManualClock::now = 1000.0;
         broadcaster.setMillisecondClock (&ManualClock::get);
     }

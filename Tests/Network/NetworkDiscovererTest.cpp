@@ -25,7 +25,7 @@ protected:
 
     void SetUp() override
     {
-        ensureDiscoveryTestLibrary();
+        ensureNetworkTestLibrary();
     }
 
     bool start (bool reusePort = true)

@@ -31,7 +31,7 @@ protected:
 
     void SetUp() override
     {
-        ensureDiscoveryTestLibrary();
+        ensureNetworkTestLibrary();
     }
 };
 

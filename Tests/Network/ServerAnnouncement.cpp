@@ -1,5 +1,4 @@
 #include "ServerAnnouncement.h"
-#include <Tov/Core/Library.h>
 
 namespace tov::test
 {
@@ -18,16 +17,6 @@ ServerAnnouncement* ServerAnnouncement::create (const juce::String& name, int po
     announcement->port.set ((int64_t) port, false);
     announcement->setUniqueIdentifier (UniqueIdentifier (identifier));
     return announcement;
-}
-
-void ensureDiscoveryTestLibrary()
-{
-    auto* root = Library::getRootLibrary();
-    if (root == nullptr || root->getLibraryByName ("DiscoveryTests") != nullptr)
-        return;
-    auto* library = new NamedLibrary ("DiscoveryTests", {});
-    library->addClass<ServerAnnouncement>();
-    root->addLibrary (library);
 }
 
 } // namespace tov::test

@@ -8,7 +8,7 @@ namespace tov::test
 {
 
 /** What a test server announces of itself in its "Alife" packets: a name, a version and the
-    port of its service. Shared by the discovery tests and DiscoveryTestApplication. */
+    port of its service. Shared by the discovery tests (in the "NetworkTests" library) and DiscoveryTestApplication. */
 class ServerAnnouncement : public Object
 {
 public:
@@ -21,8 +21,5 @@ public:
     /** A heap object, as an application's would be, with the identifier given. */
     static ServerAnnouncement* create (const juce::String& name, int port, uint64_t identifier);
 };
-
-/** Adds the "DiscoveryTests" library with ServerAnnouncement to the running tree, once. */
-void ensureDiscoveryTestLibrary();
 
 } // namespace tov::test
