@@ -36,8 +36,10 @@
 #include "Message/Transaction/SelectionTemporalTransaction.h"
 #include "Message/Transaction/UpdateObjectMirroredTransaction.h"
 #include "Network/InterprocessConnectionServer.h"
+#include "Network/LastNetworkServerFootprint.h"
 #include "Network/LocalNetworkAddress.h"
 #include "Network/NetworkAddress.h"
+#include "Network/NetworkBroadcaster.h"
 #include "Network/NetworkStats.h"
 #include "Pointer/NativeHandle.h"
 #include "Pointer/ObjectOwnedPointer.h"
@@ -222,6 +224,8 @@ Library* createTovNetworkLibrary()
     library->addClass<InterprocessConnectionIdentifier>();
     library->addClass<InterprocessConnection>();
     library->addClass<InterprocessConnectionServer>();
+    library->addClass<NetworkBroadcaster>();
+    library->addClass<LastNetworkServerFootprint>();
     return library;
 }
 

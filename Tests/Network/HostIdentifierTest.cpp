@@ -22,7 +22,8 @@ TEST (HostIdentifierTest, IsAStringClassOfTheNetworkLibrary)
         names.add (library->getClass (i)->getName());
     EXPECT_EQ (names.joinIntoString (" "), "HostIdentifier NetworkAdapterStats NetworkStats NetworkPort NetworkAddress "
                                            "LocalIp LocalNetworkPort LocalNetworkAddress "
-                                           "InterprocessConnectionIdentifier InterprocessConnection InterprocessConnectionServer");
+                                           "InterprocessConnectionIdentifier InterprocessConnection InterprocessConnectionServer "
+                                           "NetworkBroadcaster LastNetworkServerFootprint");
     EXPECT_EQ (HostIdentifier::staticClass.getBaseClass(), &String::staticClass);
     auto identifier = createOwned<HostIdentifier>();
     identifier->set ("render-3");

@@ -1,4 +1,5 @@
 #include "NetworkTestSupport.h"
+#include "ServerAnnouncement.h"
 #include "Support/TestProcess.h"
 #include <sched.h>
 #include <cerrno>
@@ -20,6 +21,7 @@ void ensureNetworkTestLibrary()
         return;
     auto* library = new NamedLibrary ("NetworkTests", {});
     library->addClass<NetworkSettings>();
+    library->addClass<ServerAnnouncement>();
     root->addLibrary (library);
 }
 

@@ -23,7 +23,7 @@ public:
     const NetworkStats* getNetworkStats() const override  { return &stats; }
 };
 
-/** Adds the "NetworkTests" library with NetworkSettings, once. */
+/** Adds the "NetworkTests" library with NetworkSettings and ServerAnnouncement, once. */
 void ensureNetworkTestLibrary();
 
 /** An entry of an adapter table, as the system would give it. */
