@@ -34,16 +34,17 @@ build_tsan() {
     cmake --build build-tsan -j"$(nproc)"
 }
 
-# An editor process and a viewer process on loopback: the viewer mirrors the editor's scene
-# while it is edited, then both print their copy, which must be the same text.
+# An editor process and a viewer process on loopback: the viewer finds the editor by its "Alife"
+# packets and mirrors its scene while it is edited, then both print their copy, which must be
+# the same text.
 run_mirroring_example() {
-    echo "== MirroringExample: an editor process edits a scene, a viewer process mirrors it"
+    echo "== MirroringExample: an editor process edits a scene, a viewer process finds it and mirrors it"
     local scratch port editor
     scratch=$(mktemp -d)
     port=$(( 20000 + RANDOM % 20000 ))
-    HOME="$scratch" ./build/Examples/MirroringExample editor "$port" 60 > "$scratch/editor.out" 2>/dev/null &
+    HOME="$scratch" ./build/Examples/MirroringExample editor "$port" 60 --announce $(( port + 1 )) > "$scratch/editor.out" 2>/dev/null &
     editor=$!
-    HOME="$scratch" ./build/Examples/MirroringExample viewer "$port" 2>/dev/null > "$scratch/viewer.out"
+    HOME="$scratch" ./build/Examples/MirroringExample viewer --discover $(( port + 1 )) 2>/dev/null > "$scratch/viewer.out"
     wait "$editor"
     grep -v "^[' {}]" "$scratch/editor.out" | grep -v "text hash"
     grep -v "^[' {}]" "$scratch/viewer.out"

@@ -83,15 +83,12 @@ public:
     PeerService (const juce::String& name, int64_t identifier) : PacedPeerService (name, makeIdentifier (identifier)) {}
 };
 
-using Server = tov::benchmarks::ForwardingServer;
-using ToProgram = tov::benchmarks::ForwardingListener;
-
 /** Two services, one peer each ("1" near, "2" far), a server and a client connected to it. */
 struct Setup
 {
     PeerService nearService { "Near", 1 }, farService { "Far", 2 };
-    Server server;
-    ToProgram toProgram;
+    tov::ProgramConnectionServer server { tov::HostIdentifier::localhost, 0 };
+    tov::ProgramConnectionListener toProgram;
     tov::InterprocessConnection client;
 
     Setup()

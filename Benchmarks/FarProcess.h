@@ -88,7 +88,7 @@ private:
     is killed. 1 when it cannot listen. */
 inline int serveUntilKilled()
 {
-    ForwardingServer server;
+    ProgramConnectionServer server { HostIdentifier::localhost, 0 };
     ExecutionContext context;
     if (! server.startServer (context))
         return 1;

@@ -415,7 +415,7 @@ private:
 struct LoopbackMirror
 {
     MirrorService mirror;
-    tov::benchmarks::ForwardingListener toProgram;
+    tov::ProgramConnectionListener toProgram;
     tov::InterprocessConnection client;
 
     bool connect (int port)

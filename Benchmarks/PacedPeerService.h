@@ -3,7 +3,7 @@
 #include <Tov/Atomic/String.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
-#include <Tov/Network/InterprocessConnectionServer.h>
+#include <Tov/Standard/ProgramConnectionServer.h>
 #include "BenchmarkService.h"
 #include <thread>
 
@@ -45,33 +45,6 @@ protected:
     void servicePostUpdated() override
     {
         Program::letCurrentThreadWaitAccordingToPowerSaveMode (10);
-    }
-};
-
-/** A server on a port of 127.0.0.1 that the system chooses; what it receives goes to the program. */
-class ForwardingServer : public InterprocessConnectionServer
-{
-public:
-    ~ForwardingServer() override                                { ExecutionContext context; stopServer (context); }
-
-protected:
-    void setServerStatus (const SuccessStatus&) override        {}
-    juce::String getServerLocalIp() const override              { return HostIdentifier::localhost; }
-    int getServerLocalPort() const override                     { return 0; }
-    InterprocessConnection* createConnection() override         { return new InterprocessConnection(); }
-    void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
-    {
-        Program::get().processReceivedNetworkMessage (connection, block);
-    }
-};
-
-/** Hands what a client connection receives to the program. */
-class ForwardingListener : public InterprocessConnectionListener
-{
-public:
-    void messagesReceived (InterprocessConnection& connection, const juce::MemoryBlock& block) override
-    {
-        Program::get().processReceivedNetworkMessage (connection, block);
     }
 };
 

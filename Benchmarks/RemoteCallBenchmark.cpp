@@ -122,7 +122,7 @@ struct Setup
 {
     PacedPeerService callee { "callee", makeName ("callee") };
     CallerService nearCaller { "caller", *callee.peer.getIncomingMessageTarget() };
-    tov::benchmarks::ForwardingListener toProgram;
+    tov::ProgramConnectionListener toProgram;
     tov::InterprocessConnection client;
     std::unique_ptr<CallerService> farCaller;
 

@@ -1,15 +1,19 @@
 // A document mirrored from one process to another over loopback.
 //
-//   MirroringExample editor PORT [EDITS [FILE]]
+//   MirroringExample editor PORT [EDITS [FILE]] [--announce DISCOVERYPORT]
 //                                          owns the space "Scene" and listens on 127.0.0.1:PORT;
 //                                          once a viewer has asked for a mirror, it makes EDITS
 //                                          edits (60 by default) at 50 a second: numbers,
 //                                          strings, clips created, moved between lists and
 //                                          deleted. Then it tells the viewer, and stops when the
-//                                          viewer has answered.
+//                                          viewer has answered. With --announce, it also tells
+//                                          the network five times a second who it is and where
+//                                          it listens, in "Alife" packets to DISCOVERYPORT.
 //   MirroringExample viewer PORT [FILE]    connects, asks for a mirror of "Scene", prints what it
 //                                          sees as it changes, and when the editor is done
 //                                          compares its copy with the editor's.
+//   MirroringExample viewer --discover DISCOVERYPORT [FILE]
+//                                          the same, with the editor found by its packets.
 //
 // Both print the saved text of their scene at the end, with a hash of that text, and write it to
 // FILE when one is given; the texts are equal when the mirror converged. Exit codes: 0 done, 1 could not start, 2 usage, 3 time-out.
@@ -24,10 +28,14 @@
 #include <Tov/Message/MessageTarget.h>
 #include <Tov/Message/Mirroring/MirrorerObjectSpaceView.h>
 #include <Tov/Message/Peer.h>
-#include <Tov/Network/InterprocessConnectionServer.h>
+#include <Tov/Network/LastNetworkServerFootprint.h>
+#include <Tov/Network/NetworkBroadcaster.h>
+#include <Tov/Network/NetworkDiscoverer.h>
+#include <Tov/Network/NetworkPort.h>
 #include <Tov/Standard/DebugOutputExecutionContextView.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Program.h>
+#include <Tov/Standard/ProgramConnectionServer.h>
 #include <Tov/Standard/RegisteredService.h>
 #include <juce_events/juce_events.h>
 #include <iostream>
@@ -72,6 +80,17 @@ public:
     ObjectSpace scene { "Scene" };
 };
 
+/** What the editor's "Alife" packets carry: who it is, and the port of its server. */
+class EditorAnnouncement : public Object
+{
+public:
+    TOV_DECLARE_CLASS (EditorAnnouncement, Object)
+
+    String name;
+    SoftwareVersion version;
+    NetworkPort port;
+};
+
 /** From the editor once its last edit went out: the viewer answers with a ViewerDoneMessage. */
 class EditsDoneMessage : public Message
 {
@@ -106,6 +125,12 @@ TOV_BEGIN_CLASS (ScenePeer)
     TOV_VARIABLE (scene)
 TOV_END_CLASS()
 
+TOV_BEGIN_CLASS (EditorAnnouncement)
+    TOV_VARIABLE (name)
+    TOV_VARIABLE (version)
+    TOV_VARIABLE (port)
+TOV_END_CLASS()
+
 TOV_BEGIN_CLASS (EditsDoneMessage)
 TOV_END_CLASS()
 
@@ -126,6 +151,7 @@ protected:
         library->addClass<Clip>();
         library->addClass<Scene>();
         library->addClass<ScenePeer>();
+        library->addClass<EditorAnnouncement>();
         library->addClass<EditsDoneMessage>();
         library->addClass<ViewerDoneMessage>();
         root.addLibrary (library);
@@ -162,7 +188,8 @@ void ViewerDoneMessage::process (ExecutionContext&, const Object&, MessageTarget
 }
 
 //==============================================================================
-/** A service on the main thread with one scene peer, driven pass by pass. */
+/** A service on the main thread with one scene peer, driven pass by pass, with whatever else
+    turns on the main thread (a server, a broadcaster) in alsoEachPass. */
 class SceneService : public RegisteredService
 {
 public:
@@ -174,50 +201,19 @@ public:
     void getPeers (std::vector<Peer*>& result) override     { result.push_back (&peer); }
 
     ScenePeer peer;
+    std::function<void()> alsoEachPass = [] {};
 };
 
-/** Hands every block that arrives to the program, which queues its envelop on the peer. */
-class ForwardingListener : public InterprocessConnectionListener
-{
-public:
-    void messagesReceived (InterprocessConnection& connection, const juce::MemoryBlock& block) override
-    {
-        Program::get().processReceivedNetworkMessage (connection, block);
-    }
-};
-
-class ForwardingServer : public InterprocessConnectionServer
-{
-public:
-    explicit ForwardingServer (int p) : port (p) {}
-    ~ForwardingServer() override                            { ExecutionContext context; stopServer (context); }
-
-protected:
-    void setServerStatus (const SuccessStatus&) override     {}
-    juce::String getServerLocalIp() const override          { return HostIdentifier::localhost; }
-    int getServerLocalPort() const override                 { return port; }
-    InterprocessConnection* createConnection() override     { return new InterprocessConnection(); }
-    void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
-    {
-        Program::get().processReceivedNetworkMessage (connection, block);
-    }
-
-private:
-    int port;
-};
-
-/** Runs passes of the service, and of the server when there is one, until the condition holds;
-    false at the time-out. */
+/** Runs passes of the service until the condition holds; false at the time-out. */
 template <class Condition>
-bool runUntil (SceneService& service, ForwardingServer* server, Condition&& condition, double timeOutSeconds)
+bool runUntil (SceneService& service, Condition&& condition, double timeOutSeconds)
 {
     const auto end = juce::Time::getMillisecondCounterHiRes() + timeOutSeconds * 1000.0;
     while (! condition())
     {
         if (juce::Time::getMillisecondCounterHiRes() > end)
             return false;
-        if (server != nullptr)
-            server->updateServer();
+        service.alsoEachPass();
         service.callServiceUpdate (true);
         juce::Thread::sleep (2);
     }
@@ -288,7 +284,15 @@ private:
     }
 };
 
-int runEditor (int port, int numEdits, const juce::String& file)
+/** The editor's announcement: the program's name and version, and the port of its server. */
+void fillAnnouncement (EditorAnnouncement& announcement, int port)
+{
+    announcement.name.set ("editor", false);
+    announcement.version = Program::get().getSoftwareVersion();
+    announcement.port.set (port, false);
+}
+
+int runEditor (int port, int numEdits, const juce::String& file, int discoveryPort)
 {
     SceneService service ("editor");
     if (! service.startService (true))
@@ -298,7 +302,7 @@ int runEditor (int port, int numEdits, const juce::String& file)
     scene->tempo.set (100.0, false);
     service.peer.scene.setRootObject (scene, true);
 
-    ForwardingServer server (port);
+    ProgramConnectionServer server (HostIdentifier::localhost, port);
     if (! server.startServer (service.getExecutionContext()))
     {
         std::cout << "editor: could not listen on port " << port << std::endl;
@@ -306,8 +310,24 @@ int runEditor (int port, int numEdits, const juce::String& file)
     }
     std::cout << "editor: listening on 127.0.0.1:" << port << std::endl;
 
+    // Loopback's broadcast address is its own, so the packets reach a viewer on this machine.
+    NetworkBroadcaster broadcaster;
+    EditorAnnouncement announcement;
+    fillAnnouncement (announcement, port);
+    if (discoveryPort > 0)
+    {
+        if (! broadcaster.startBroadcasting (service.getExecutionContext(), HostIdentifier::localhost, 0, (size_t) discoveryPort, 0.2))
+            return 1;
+        std::cout << "editor: announcing itself to port " << discoveryPort << std::endl;
+    }
+    service.alsoEachPass = [&]
+    {
+        server.updateServer();
+        broadcaster.updateBroadcasting (announcement);
+    };
+
     auto& space = service.peer.scene;
-    if (! runUntil (service, &server, [&] { return space.getMirrorer() != nullptr; }, 30.0))
+    if (! runUntil (service, [&] { return space.getMirrorer() != nullptr; }, 30.0))
         return 3;
     std::cout << "editor: a viewer asked for a mirror; editing" << std::endl;
 
@@ -316,14 +336,14 @@ int runEditor (int port, int numEdits, const juce::String& file)
     {
         editor.edit (i);
         const auto next = juce::Time::getMillisecondCounterHiRes() + 20.0;
-        runUntil (service, &server, [next] { return juce::Time::getMillisecondCounterHiRes() >= next; }, 1.0);
+        runUntil (service, [next] { return juce::Time::getMillisecondCounterHiRes() >= next; }, 1.0);
     }
     std::cout << "editor: " << numEdits << " edits made" << std::endl;
 
     // The last diff goes first, on the same connection, so the message cannot overtake it.
     space.updateMirroring (-1.0, 0.05);
     space.pushMessageToMirroringTargets (new EditsDoneMessage());
-    const bool answered = runUntil (service, &server, [] { return viewerDone.load(); }, 30.0);
+    const bool answered = runUntil (service, [] { return viewerDone.load(); }, 30.0);
     printScene ("editor:", space, file);
     server.stopServer (service.getExecutionContext());
     service.stopService (2000);
@@ -344,12 +364,37 @@ juce::String describe (const ObjectSpace& space)
          + ", clips [" + names.joinIntoString (", ") + "], " + juce::String ((int) scene->asideClips.size()) + " aside";
 }
 
-int runViewer (int port, const juce::String& file)
+/** Listens for "Alife" packets on the port until one carries an editor's announcement: the
+    editor's server is at the packet's sender ip and the announced port. 0 at the time-out. */
+int discoverEditor (SceneService& service, int discoveryPort)
+{
+    NetworkDiscoverer discoverer;
+    if (! discoverer.startDiscovering (service.getExecutionContext(), LocalNetworkAddress (HostIdentifier::localhost, (unsigned int) discoveryPort), true))
+        return 0;
+    std::cout << "viewer: looking for an editor on port " << discoveryPort << std::endl;
+    LastNetworkServerFootprint footprint;
+    EditorAnnouncement* found = nullptr;
+    runUntil (service, [&]
+    {
+        while (found == nullptr && discoverer.getNetworkServerFootPrint (service.getExecutionContext(), footprint))
+            found = dynamic_cast<EditorAnnouncement*> (footprint.getInformation());
+        return found != nullptr;
+    }, 30.0);
+    if (found == nullptr)
+        return 0;
+    std::cout << "viewer: found " << found->name.get() << " " << found->version.toString() << " at "
+              << footprint.getAddress().getHost() << ", port " << found->port.get() << std::endl;
+    return (int) found->port.get();
+}
+
+int runViewer (int port, const juce::String& file, int discoveryPort)
 {
     SceneService service ("viewer");
     if (! service.startService (true))
         return 1;
-    ForwardingListener listener;
+    if (discoveryPort > 0 && (port = discoverEditor (service, discoveryPort)) == 0)
+        return 3;
+    ProgramConnectionListener listener;
     InterprocessConnection connection;
     connection.setListener (&listener);
     connection.connect (HostIdentifier ("127.0.0.1"), NetworkAddress ("127.0.0.1", (unsigned int) port), 1000);
@@ -368,7 +413,7 @@ int runViewer (int port, const juce::String& file)
     // What it sees, at most five times a second.
     juce::String shown;
     double nextShow = 0.0;
-    const bool done = runUntil (service, nullptr, [&]
+    const bool done = runUntil (service, [&]
     {
         const auto now = juce::Time::getMillisecondCounterHiRes();
         if (now >= nextShow || editsDone)
@@ -382,28 +427,45 @@ int runViewer (int port, const juce::String& file)
     }, 60.0);
     printScene ("viewer:", space, file);
     // The answer to the editor is on its way once the connection has written it.
-    runUntil (service, nullptr, [] { return false; }, 0.2);
+    runUntil (service, [] { return false; }, 0.2);
     connection.disconnect();
     service.stopService (2000);
     return done ? 0 : 3;
 }
 } // namespace
 
+/** Takes "--announce N" or "--discover N" out of the arguments: N, or 0 when absent. */
+int takeDiscoveryPort (juce::StringArray& arguments, const juce::String& option)
+{
+    const int index = arguments.indexOf (option);
+    if (index < 0 || index + 1 >= arguments.size())
+        return 0;
+    const int port = arguments[index + 1].getIntValue();
+    arguments.removeRange (index, 2);
+    return port;
+}
+
 int main (int argc, char* argv[])
 {
-    const juce::String role = argc > 1 ? argv[1] : "";
-    if (argc < 3 || (role != "editor" && role != "viewer"))
+    juce::StringArray arguments (argv + 1, argc - 1);
+    const juce::String role = arguments[0];
+    const int announcePort = role == "editor" ? takeDiscoveryPort (arguments, "--announce") : 0;
+    const int discoverPort = role == "viewer" ? takeDiscoveryPort (arguments, "--discover") : 0;
+    if (discoverPort > 0)
+        arguments.insert (1, "0");
+    if (arguments.size() < 2 || (role != "editor" && role != "viewer"))
     {
-        std::cerr << "usage: MirroringExample editor PORT [EDITS [FILE]] | viewer PORT [FILE]" << std::endl;
+        std::cerr << "usage: MirroringExample editor PORT [EDITS [FILE]] [--announce DISCOVERYPORT]"
+                     " | viewer PORT [FILE] | viewer --discover DISCOVERYPORT [FILE]" << std::endl;
         return 2;
     }
-    const int port = juce::String (argv[2]).getIntValue();
+    const int port = arguments[1].getIntValue();
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
     MirroringExampleProgram program;
     if (! program.startProgram())
         return 1;
-    const int result = role == "editor" ? runEditor (port, argc > 3 ? juce::String (argv[3]).getIntValue() : 60, argc > 4 ? argv[4] : "")
-                                        : runViewer (port, argc > 3 ? argv[3] : "");
+    const int result = role == "editor" ? runEditor (port, arguments.size() > 2 ? arguments[2].getIntValue() : 60, arguments[3], announcePort)
+                                        : runViewer (port, arguments[2], discoverPort);
     program.stopProgram();
     return result;
 }

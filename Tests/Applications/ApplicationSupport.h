@@ -4,9 +4,9 @@
 // loop, and a server that hands what it receives to the program.
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Message/Peer.h>
-#include <Tov/Network/InterprocessConnectionServer.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Program.h>
+#include <Tov/Standard/ProgramConnectionServer.h>
 #include <Tov/Standard/RegisteredService.h>
 #include <functional>
 
@@ -33,25 +33,20 @@ public:
 };
 
 /** Listens on 127.0.0.1 and a port; each block it receives goes to the program, then to afterBlock. */
-class ForwardingServer : public InterprocessConnectionServer
+class ForwardingServer : public ProgramConnectionServer
 {
 public:
-    ForwardingServer (int p, std::function<void()> callback) : port (p), afterBlock (std::move (callback)) {}
-    ~ForwardingServer() override                            { ExecutionContext context; stopServer (context); }
+    ForwardingServer (int port, std::function<void()> callback)
+        : ProgramConnectionServer (HostIdentifier::localhost, port), afterBlock (std::move (callback)) {}
 
 protected:
-    void setServerStatus (const SuccessStatus&) override     {}
-    juce::String getServerLocalIp() const override          { return HostIdentifier::localhost; }
-    int getServerLocalPort() const override                 { return port; }
-    InterprocessConnection* createConnection() override     { return new InterprocessConnection(); }
-    void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool) override
+    void processReceivedMessage (InterprocessConnection& connection, const juce::MemoryBlock& block, bool lost) override
     {
-        Program::get().processReceivedNetworkMessage (connection, block);
+        ProgramConnectionServer::processReceivedMessage (connection, block, lost);
         afterBlock();
     }
 
 private:
-    int port;
     std::function<void()> afterBlock;
 };
 

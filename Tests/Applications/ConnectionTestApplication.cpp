@@ -14,7 +14,6 @@
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/RemoteTargetIdentifier.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
-#include <Tov/Network/InterprocessConnectionServer.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/Service.h>
@@ -93,14 +92,14 @@ void PongMessage::process (ExecutionContext&, const Object&, MessageTarget&) con
 //==============================================================================
 using EndService = applications::PeerEndService;
 
-class ClientListener : public InterprocessConnectionListener
+class ClientListener : public ProgramConnectionListener
 {
 public:
     void connectionMade (InterprocessConnection&) override  { say ("client connected " + juce::String (++numConnections)); }
     void connectionLost (InterprocessConnection&) override  { say ("client disconnected " + juce::String (numConnections)); }
     void messagesReceived (InterprocessConnection& connection, const juce::MemoryBlock& block) override
     {
-        Program::get().processReceivedNetworkMessage (connection, block);
+        ProgramConnectionListener::messagesReceived (connection, block);
         envelopArrived.signal();
     }
 };

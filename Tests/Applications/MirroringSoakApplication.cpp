@@ -367,22 +367,13 @@ int runSource (int port, double seconds, int numMirrors)
     return 0;
 }
 
-/** Hands what the connection receives to the program. */
-struct ForwardingListener : public InterprocessConnectionListener
-{
-    void messagesReceived (InterprocessConnection& connection, const juce::MemoryBlock& block) override
-    {
-        Program::get().processReceivedNetworkMessage (connection, block);
-    }
-};
-
 int runMirror (int port, const juce::String& name)
 {
     mirrorName = name;
     SoakService mirror (name);
     service = &mirror;
     mirror.startService (true);
-    ForwardingListener listener;
+    ProgramConnectionListener listener;
     InterprocessConnection connection;
     connection.setListener (&listener);
     connection.connect (HostIdentifier ("127.0.0.1"), NetworkAddress ("127.0.0.1", (unsigned int) port), 1000);

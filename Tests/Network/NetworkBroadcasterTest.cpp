@@ -4,6 +4,7 @@
 #include "Support/LogTestSupport.h"
 #include "Support/RecordingExecutionContext.h"
 #include "Support/TestValues.h"
+#include "Standard/Profiler/ProfilerTestSupport.h"
 #include <Tov/Core/State.h>
 
 using namespace tov;
@@ -318,4 +319,15 @@ TEST_F (NetworkBroadcasterTest, OnEveryAdapterThePacketsAimAtAnAddressOfNoAdapte
 {
     ASSERT_TRUE (broadcaster.startBroadcasting (context, HostIdentifier::any, 0, (size_t) receiver.getPort(), 1.0));
     EXPECT_EQ (broadcaster.getRemoteHost(), "0.0.0.0");
+}
+
+TEST_F (NetworkBroadcasterTest, APacketIsSentInsideTheScopeSendAlifePacket)
+{
+    ASSERT_TRUE (start (1.0));
+    InstalledProfiler<RecordingStackProfiler> profiler;
+    updateAt (1500.0, *announcement);
+    updateAt (2001.0, *announcement);
+    ASSERT_EQ (nextPacket(), alifePacketOf (*announcement));
+    const std::vector<std::string> expected { "make SendAlifePacket 0", "finished SendAlifePacket at 1" };
+    EXPECT_EQ (profiler->getCalls(), expected);
 }

@@ -1,6 +1,7 @@
 #include "NetworkBroadcaster.h"
 #include "../Core/State.h"
 #include "../Core/StateObjectExporter.h"
+#include "../Standard/Profiler/ProfilerScope.h"
 
 namespace tov
 {
@@ -78,9 +79,10 @@ void NetworkBroadcaster::updateBroadcasting (const Object& information)
     lastSendTimeInMs = clock();
 }
 
-// The profiler scope "SendAlifePacket" opens here once profilers exist.
 bool NetworkBroadcaster::sendAlifePacket (const Object& information, juce::String& error)
 {
+    const ProfilerScope scope ("SendAlifePacket");
+
     if (socket->getBoundPort() < 0)
     {
         // Shut down beneath us: only a fresh socket can be bound again.

@@ -81,3 +81,18 @@ TEST_F (MirroringProcessTest, AKilledViewerStartedAgainAsksAgainAndConverges)
     EXPECT_EQ (editor->waitForExit (60000), 0) << editor->getOutput();
     expectSameScenes();
 }
+
+TEST_F (MirroringProcessTest, AViewerFindsTheEditorByItsAlifePacketsAndConverges)
+{
+    const int discoveryPort = findFreePort();
+    auto editor = start ({ "editor", juce::String (port), "60", editorText.getFullPathName(), "--announce", juce::String (discoveryPort) });
+    ASSERT_TRUE (editor->waitForLine ("editor: announcing itself to port " + juce::String (discoveryPort), 30000)) << editor->getOutput();
+    auto viewer = start ({ "viewer", "--discover", juce::String (discoveryPort), viewerText.getFullPathName() });
+    EXPECT_EQ (viewer->waitForExit (60000), 0) << viewer->getOutput();
+    EXPECT_EQ (editor->waitForExit (60000), 0) << editor->getOutput();
+    EXPECT_NE (viewer->getOutput().find ("viewer: looking for an editor on port " + std::to_string (discoveryPort) + "\n"), std::string::npos)
+        << viewer->getOutput();
+    EXPECT_NE (viewer->getOutput().find ("viewer: found editor MirroringExample-main-1.0.0.example at 127.0.0.1, port "
+                                         + std::to_string (port) + "\n"), std::string::npos) << viewer->getOutput();
+    expectSameScenes();
+}
