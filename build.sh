@@ -75,6 +75,10 @@ run_main() {
     cat "$scratch/home/.config/ProgramExample/configurations/Settings_1_0_0.configuration"
     rm -rf "$scratch"
     run_mirroring_example
+    echo "== StudioExample: a scripted session of an editor process and the viewer process it starts"
+    scratch=$(mktemp -d)
+    HOME="$scratch" ./build/Examples/StudioExample session 2>/dev/null
+    rm -rf "$scratch"
     echo "== tov-state check $documents/*"
     "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"
     echo "== tov-state format $documents/scene.txt"

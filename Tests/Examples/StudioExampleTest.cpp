@@ -1,0 +1,112 @@
+// The studio example's scripted session, run as the README's main command runs it: an editor
+// process that starts a viewer process, in a scratch home folder.
+#include "Network/ConnectionTestSupport.h"
+#include "Support/TestProcess.h"
+#include <gtest/gtest.h>
+#include <regex>
+#include <sstream>
+#include <thread>
+
+using namespace tov::test;
+
+namespace
+{
+class StudioExampleTest : public ::testing::Test
+{
+protected:
+    /** One per test: CTest runs the tests of a suite side by side. */
+    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("StudioExampleTest")
+                          .getChildFile (::testing::UnitTest::GetInstance()->current_test_info()->name()) };
+    juce::File programData = home.getChildFile (".config/StudioExample");
+
+    void SetUp() override
+    {
+        home.deleteRecursively();
+        home.createDirectory();
+    }
+
+    void TearDown() override { home.deleteRecursively(); }
+
+    /** Runs a session to its end: its exit code, and its own lines (debug output left out) in
+        lines, with what changes from run to run replaced by names in angle brackets. */
+    int runSession (std::vector<std::string>& lines)
+    {
+        TestProcess session ({ TOV_STUDIO_EXAMPLE_PATH, "session", juce::String (findFreePort()) },
+                             { { "HOME", home.getFullPathName() } });
+        const int exitCode = session.waitForExit (120000);
+        std::istringstream output (session.getOutput());
+        for (std::string line; std::getline (output, line);)
+            if (std::regex_search (line, std::regex ("^(studio|editor|viewer): ")))
+                lines.push_back (normalise (line));
+        return exitCode;
+    }
+
+    std::string normalise (std::string line) const
+    {
+        line = std::regex_replace (line, std::regex (home.getFullPathName().toStdString()), "<home>");
+        line = std::regex_replace (line, std::regex ("127\\.0\\.0\\.1:[0-9]+"), "127.0.0.1:<port>");
+        line = std::regex_replace (line, std::regex ("announced to port [0-9]+"), "announced to port <port>");
+        line = std::regex_replace (line, std::regex ("text hash [0-9a-f]+"), "text hash <hash>");
+        line = std::regex_replace (line, std::regex (" +\\(Remaining time: [^)]*\\)"), "");
+        return std::regex_replace (line, std::regex ("Program [0-9_-]+\\.txt"), "Program <start time>.txt");
+    }
+};
+} // namespace
+
+TEST_F (StudioExampleTest, TheSessionEditsUndoesMirrorsCallsRendersSavesAndReloads)
+{
+    std::vector<std::string> lines;
+    ASSERT_EQ (runSession (lines), 0);
+    const std::vector<std::string> expected {
+        "studio: run 1, configured in <home>/.config/StudioExample/configurations, logging to <home>/.config/StudioExample/logs/StudioExample main Program <start time>.txt",
+        "editor: created the scene \"Opening\": Background 100 %, Logo 100 %, Lower third 100 %",
+        "editor: edited \"Opening\": Background 100 %, Logo 50 %, Lower third 100 % (mask Logo)",
+        "editor: undid both: \"Opening\": Background 100 %, Logo 100 %, Lower third 100 %",
+        "editor: redid \"Fade the logo\": \"Opening\": Background 100 %, Logo 50 %, Lower third 100 %",
+        "editor: serving the scene on 127.0.0.1:<port>, announced to port <port>; starting a viewer",
+        "viewer: found the editor (StudioExample-main-1.0.0.example) at 127.0.0.1:<port>",
+        "viewer: mirrors \"Opening\": Background 100 %, Logo 50 %, Lower third 100 %",
+        "viewer: the editor's getSoftwareVersion answered StudioExample-main-1.0.0.example",
+        "viewer: the editor's addLayer (\"Titles\") answered \"Titles\"",
+        "viewer: mirrors \"Opening\": Background 100 %, Logo 50 %, Lower third 100 %, Titles 100 %",
+        "editor: Render preview 25 %: Frame 25 of 100",
+        "editor: Render preview 50 %: Frame 50 of 100",
+        "editor: Render preview 75 %: Frame 75 of 100",
+        "editor: Render preview 100 %: Frame 100 of 100",
+        "editor: the preview's mean light is 3.50",
+        "editor: saved the scene to <home>/.config/StudioExample/scenes/Opening.txt and loaded it again: the same scene",
+        "editor: the viewer's copy is the editor's scene (text hash <hash>); 6 envelops of changes went to the renderer, 3 entries in the history",
+    };
+    EXPECT_EQ (lines, expected);
+}
+
+TEST_F (StudioExampleTest, TheSessionLeavesItsConfigurationLogsAndSceneAndCountsItsRuns)
+{
+    std::vector<std::string> first, second;
+    const auto firstStart = juce::Time::currentTimeMillis() / 1000;
+    ASSERT_EQ (runSession (first), 0);
+    // Log files are named by their start time in seconds: the second run starts in another second.
+    while (juce::Time::currentTimeMillis() / 1000 == firstStart)
+        std::this_thread::yield();
+    ASSERT_EQ (runSession (second), 0);
+    ASSERT_FALSE (second.empty());
+    EXPECT_EQ (second[0].substr (0, 14), "studio: run 2,");
+
+    const auto configuration = programData.getChildFile ("configurations/Studio_1_0_0.configuration").loadFileAsString();
+    EXPECT_TRUE (configuration.contains ("numRuns = 2")) << configuration;
+    const auto scene = programData.getChildFile ("scenes/Opening.txt").loadFileAsString();
+    EXPECT_TRUE (scene.startsWith ("'Scene")) << scene;
+    EXPECT_TRUE (scene.contains ("name = \"Titles\"")) << scene;
+
+    // Per run: the program's log and the editor service's; the viewer logs into a folder of its own.
+    const auto logs = programData.getChildFile ("logs").findChildFiles (juce::File::findFiles, false, "*.txt");
+    int numProgramLogs = 0, numEditorLogs = 0;
+    for (const auto& log : logs)
+    {
+        numProgramLogs += log.getFileName().startsWith ("StudioExample main Program ") ? 1 : 0;
+        numEditorLogs += log.getFileName().startsWith ("StudioExample main Editor ") ? 1 : 0;
+    }
+    EXPECT_EQ (numProgramLogs, 2);
+    EXPECT_EQ (numEditorLogs, 2);
+    EXPECT_EQ (home.getChildFile (".config/StudioViewer/logs").getNumberOfChildFiles (juce::File::findFiles, "StudioViewer main Program *.txt"), 2);
+}
