@@ -310,6 +310,21 @@ TEST (BufferTest, VectorBufferGivesTypedAccessWithoutNotifying)
     EXPECT_EQ (reals[2], 0.0);
 }
 
+TEST (BufferTest, VectorBufferCountsElementsWhereResizableBufferCountsBytes)
+{
+    Int32Buffer integers;
+    ResizableBuffer& bytes = integers;
+    bytes.resize (8, false);
+    EXPECT_EQ (integers.size(), 2);
+    integers.resize (3);
+    EXPECT_EQ (bytes.getSizeInBytes(), 12u);
+    bytes.reserve (40);
+    EXPECT_EQ (integers.getCapacity(), 40u);
+    integers.reserve (20);
+    EXPECT_EQ (integers.getCapacity(), 80u);
+    EXPECT_EQ (integers.size(), 3);
+}
+
 TEST (BufferTest, TypedBuffersHaveTheLayoutsOfTheirTypesAlsoWhenMadeByTheirClasses)
 {
     struct Expected { Class* typedClass; BufferComponentTypeEnum type; uint64_t stride; };

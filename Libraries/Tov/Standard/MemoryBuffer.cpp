@@ -43,7 +43,7 @@ void* MemoryBuffer::appendToBuffer (uint64_t size)
 {
     const uint64_t needed = usedSize + size;
     if (getCapacity() < needed)
-        buffer.reallocateData (std::max ((uint64_t) ((double) needed * 1.5), (uint64_t) 16), false);
+        buffer.reallocateData (std::max (needed + needed / 2, (uint64_t) 16), false);  // needed * 1.5, truncated
     void* added = static_cast<char*> (buffer.getData()) + usedSize;
     usedSize = needed;
     return added;
