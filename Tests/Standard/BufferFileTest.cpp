@@ -264,6 +264,25 @@ TEST_F (BufferFileTest, ATruncatedSiblingGivesAnEmptyBufferWithoutAReport)
     EXPECT_TRUE (context.warnings.empty());
 }
 
+TEST_F (BufferFileTest, SizesBeyondTheSiblingGiveEmptyBuffersWithoutAReport)
+{
+    ASSERT_TRUE (sibling.replaceWithData ("abcd", 4));
+    RecordingExecutionContext context;
+    for (auto* text : { "{buffer = [2 3]}", "{buffer = [0 1000000000000]}", "{buffer = [5 0]}", "{buffer = [18446744073709551615 2]}" })
+    {
+        ASSERT_TRUE (file.replaceWithText (text));
+        UInt8Buffer target;
+        target.append (1);
+        EXPECT_TRUE (target.loadFromFile (context, file)) << text;
+        EXPECT_TRUE (target.isEmpty()) << text;
+    }
+    ASSERT_TRUE (file.replaceWithText ("{buffer = [1 2]}"));
+    UInt8Buffer target;
+    EXPECT_TRUE (target.loadFromFile (context, file));
+    EXPECT_EQ (bytesOf (target), (std::vector<uint8_t> { 'b', 'c' }));
+    EXPECT_TRUE (context.errors.empty());
+}
+
 TEST_F (BufferFileTest, ANegativeSizeIsNoValue)
 {
     ASSERT_TRUE (file.replaceWithText ("{buffer = [0 -4]}"));
