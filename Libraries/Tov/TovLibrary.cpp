@@ -48,6 +48,12 @@
 #include "Standard/Accessor.h"
 #include "Standard/ActivationState.h"
 #include "Standard/AttributedString.h"
+#include "Standard/BufferArray.h"
+#include "Standard/Float32Buffer.h"
+#include "Standard/Float64Buffer.h"
+#include "Standard/Int32Buffer.h"
+#include "Standard/UInt32Buffer.h"
+#include "Standard/UInt8Buffer.h"
 #include "Standard/ColorShift.h"
 #include "Standard/ColorWithAlpha.h"
 #include "Standard/EventCounter.h"
@@ -327,6 +333,18 @@ Library* createTovStandardLibrary()
     library->addClass<AttributedString>();
     library->addClass<NativeFile>();
     library->addClass<NativeDirectory>();
+    library->addClass<BufferComponentType>();
+    library->addClass<BufferLayout>();
+    library->addClass<Buffer>();
+    library->addClass<ResizableBuffer>();
+    library->addClass<MemoryBuffer>();
+    library->addClass<UInt8Buffer>();
+    library->addClass<Int32Buffer>();
+    library->addClass<UInt32Buffer>();
+    library->addClass<Float32Buffer>();
+    library->addClass<Float64Buffer>();
+    library->addClass<BufferWithLayout>();
+    library->addClass<BufferArray>();
     library->addClass<TaskState>();
     library->addClass<Task>();
     library->addClass<GroupTask>();

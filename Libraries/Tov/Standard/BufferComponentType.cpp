@@ -1,0 +1,9 @@
+#include "BufferComponentType.h"
+
+namespace tov
+{
+
+TOV_BEGIN_CLASS (BufferComponentType)
+TOV_END_CLASS()
+
+} // namespace tov
