@@ -2,6 +2,7 @@
 #include "BufferTestSupport.h"
 #include "Support/RecordingExecutionContext.h"
 #include <Tov/Core/ObjectExporter.h>
+#include <Tov/Core/StateObjectExporter.h>
 #include <Tov/Standard/BufferArray.h>
 #include <Tov/Standard/Float32Buffer.h>
 #include <Tov/Standard/Int32Buffer.h>
@@ -69,7 +70,7 @@ TEST (BufferSaveTest, SavesOnlyTheUsedBytesAfterTheVariables)
     UInt8Buffer buffer;
     *static_cast<uint8_t*> (buffer.appendToBuffer (1)) = 42;
     ASSERT_EQ (buffer.getCapacity(), 16u);
-    auto state = buffer.makeState (false, false);
+    auto state = StateObjectExporter::make (buffer, exportBufferViews, false);
     ASSERT_EQ (state->getNumVariables(), 2u);
     EXPECT_EQ (state->getVariableName (0), "layout");
     EXPECT_EQ (state->getVariableName (1), "buffer");
@@ -82,6 +83,26 @@ TEST (BufferSaveTest, SavesOnlyTheUsedBytesAfterTheVariables)
     state->print (text, binary);
     EXPECT_EQ (text.toString(), "{layout = {name = \"\", numComponents = 1, componentType = \"uint8\", offset = 0, stride = 1}, buffer = [0 1]}\n");
     EXPECT_EQ (binary.getDataSize(), 1u);
+}
+
+TEST (BufferSaveTest, ASnapshotKeepsACopyOfTheBytesThatOutlivesAResize)
+{
+    UInt8Buffer buffer;
+    *static_cast<uint8_t*> (buffer.appendToBuffer (1)) = 42;
+    const auto snapshot = buffer.makeState (false, false);
+    const auto& saved = snapshot->getVariableStateRef (1).getBuffer();
+    EXPECT_TRUE (saved.isDataOwned());
+    EXPECT_NE (saved.getData(), buffer.readLock());
+
+    // Growing moves the bytes to a new block and frees the old one; the snapshot still reads 42.
+    buffer.resize (4096);
+    ASSERT_EQ (saved.getSize(), 1u);
+    EXPECT_EQ (*static_cast<const uint8_t*> (saved.getData()), 42);
+    UInt8Buffer restored;
+    RecordingExecutionContext context;
+    ASSERT_TRUE (restored.loadFromState (context, snapshot));
+    EXPECT_EQ (restored.size(), 1);
+    EXPECT_EQ (restored[0], 42);
 }
 
 TEST (BufferSaveTest, WithoutDefaultsATypedBufferSavesItsBytesAlone)

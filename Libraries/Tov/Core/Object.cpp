@@ -588,7 +588,8 @@ bool Object::loadFromFile (ExecutionContext& context, const juce::File& file)
 
 bool Object::saveToFile (ExecutionContext& context, const juce::File& file, bool writeClass) const
 {
-    return makeState (true, writeClass)->saveToFile (context, file, {});
+    // Written out at once: the buffers' bytes need no copies.
+    return StateObjectExporter::make (*this, exportWithoutDefaults | exportBufferViews, writeClass)->saveToFile (context, file, {});
 }
 
 uint64_t Object::computeHash() const

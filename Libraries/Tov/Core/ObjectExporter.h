@@ -16,7 +16,12 @@ enum ExporterFlags : uint32_t
     exportWithoutDefaults            = 2,
     exportWithoutIdentifiers         = 4,
     exportTransientVariables         = 8,
-    exportBuffersAsBase64            = 16
+    exportBuffersAsBase64            = 16,
+    /** Buffers are written as views of the objects' own bytes, not copies: for a state that is
+        written out before the objects change again, as saving to a file does. Without it a
+        snapshot (a transaction's, a diff's, a remote call's) keeps bytes of its own, which a
+        later resize of the buffer cannot free beneath it. */
+    exportBufferViews                = 32
 };
 
 /** What objects describe themselves to: saving, hashing and mirroring all take this one path. */

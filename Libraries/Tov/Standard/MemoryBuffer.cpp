@@ -52,7 +52,7 @@ void* MemoryBuffer::appendToBuffer (uint64_t size)
 void MemoryBuffer::save (ObjectExporter& exporter) const
 {
     ResizableBuffer::save (exporter);
-    exporter.saveVariable (bytesVariableName, usedSize, buffer.getData(), false);
+    exporter.saveVariable (bytesVariableName, usedSize, buffer.getData(), ! exporter.hasFlag (exportBufferViews));
 }
 
 bool MemoryBuffer::loadVariable (ObjectImporter& importer, juce::StringRef name)
