@@ -73,6 +73,7 @@
 #include "Standard/Profiler/NSightProfiler.h"
 #include "Standard/Profiler/StdDevProfiler.h"
 #include "Standard/Profiler/TraceProfiler.h"
+#include "Standard/Profiler/UnrealProfiler.h"
 #include "Standard/ProgressionStatistics.h"
 #include "Standard/Time.h"
 
@@ -280,6 +281,7 @@ static Library* createTovProfilerLibrary()
     library->addClass<StdDevProfiler>();
     library->addClass<TraceProfiler>();
     library->addClass<CpuTimingsProfiler>();
+    library->addClass<UnrealProfiler>();
     return library;
 }
 
