@@ -1,6 +1,8 @@
 // The tov-trace program on files.
 #include "TraceTestSupport.h"
+#include <Tov/Standard/Profiler/ProfilerScope.h>
 #include <Tov/Standard/Profiler/Trace/TracePacket.h>
+#include <Tov/Standard/Profiler/UnrealProfiler.h>
 #include <gtest/gtest.h>
 
 using namespace tov;
@@ -48,4 +50,34 @@ TEST (TraceToolTest, ADamagedFileExitsWith1AndAMissingOneWith2)
     EXPECT_EQ (runTool ({ "summary", temporary.getFile().getFullPathName() }).exitCode, 1);
     EXPECT_EQ (runTool ({ "summary", "/nonexistent.utrace" }).exitCode, 2);
     EXPECT_EQ (runTool ({ "other" }).exitCode, 2);
+}
+
+TEST (TraceToolTest, ListenTakesAStreamFromTheProfilerAndPrintsIt)
+{
+    const auto port = getPortWithoutListener();
+    juce::ChildProcess process;
+    ASSERT_TRUE (process.start (juce::StringArray { TOV_TRACE_TOOL_PATH, "listen", juce::String (port), "summary" },
+                                juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr));
+    // The tool says when it listens; the profiler connects only then.
+    juce::String output;
+    char chunk[256];
+    while (! output.contains ("listening on port " + juce::String (port) + "\n"))
+    {
+        const int numRead = process.readProcessOutput (chunk, sizeof (chunk));
+        ASSERT_GT (numRead, 0) << output;
+        output += juce::String::fromUTF8 (chunk, numRead);
+    }
+    {
+        auto options = makeTestOptions (false);
+        auto* profiler = new UnrealProfiler (options, "127.0.0.1", port);
+        Profiler::set (profiler);
+        for (int i = 0; i < 3; ++i)
+            const ProfilerScope scope ("Listened");
+        profiler->flushScopes();
+        Profiler::set (nullptr);
+    }
+    output += process.readAllProcessOutput();
+    EXPECT_TRUE (process.waitForProcessToFinish (20000));
+    EXPECT_EQ (process.getExitCode(), 0u);
+    EXPECT_TRUE (output.contains ("  \"Listened\" count=3 total=0.030us mean=0.010us\n")) << output;
 }

@@ -58,7 +58,9 @@ struct TraceThreadSlot
     }
 };
 
-static thread_local TraceThreadSlot threadSlot;
+// Every scope finds its thread's state here: the initial-exec model reaches it without a call
+// to __tls_get_addr (the library is linked, never loaded late).
+static thread_local TraceThreadSlot threadSlot __attribute__ ((tls_model ("initial-exec")));
 
 //==============================================================================
 TraceWriter::TraceWriter (const TraceWriterOptions& options)
