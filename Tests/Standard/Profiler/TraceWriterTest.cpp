@@ -263,8 +263,12 @@ TEST (TraceWriterTest, ThreadsThatEndWriteTheirLastScopesAndEachHasItsId)
         for (uint32_t t = 0; t < 3; ++t)
             threads.emplace_back ([&writer, t]
             {
+                // As UnrealProfiler does: the spec of each scope, then the scope.
+                uint8_t specId[4] = { (uint8_t) (t + 1), 0, 0, 0 };
+                const std::string name = "Thread" + std::to_string (t);
                 for (uint32_t i = 0; i < 1000; ++i)
                 {
+                    writer.writeImportant (TraceEventKind::eventSpec, specId, name.data(), name.size());
                     writer.enterScope (t + 1, 100 * i);
                     writer.leaveScope (100 * i + 10 * (t + 1));
                 }
@@ -274,7 +278,9 @@ TEST (TraceWriterTest, ThreadsThatEndWriteTheirLastScopesAndEachHasItsId)
     }
     const auto summary = summaryOf (trace.read());
     EXPECT_EQ (linesStartingWith (summary, "  \""), (std::vector<std::string> {
-        "  \"?\" count=3000 total=60.000us mean=0.020us" }));
+        "  \"Thread0\" count=1000 total=10.000us mean=0.010us",
+        "  \"Thread1\" count=1000 total=20.000us mean=0.020us",
+        "  \"Thread2\" count=1000 total=30.000us mean=0.030us" }));
     EXPECT_EQ (linesStartingWith (summary, "scopes "), (std::vector<std::string> { "scopes 3000 open 0" }));
     EXPECT_EQ (linesStartingWith (summary, "threads "), (std::vector<std::string> { "threads 4" }));
 }
