@@ -5,9 +5,12 @@
 //
 // writes $HOME/.config/ProgramExample/logs/ProgramExample main Program <start time>.txt
 // and $HOME/.config/ProgramExample/configurations/Settings_1_0_0.configuration.
+// With --profiler=Unreal --profilerMode=file it also records its scopes ("LoadSettings",
+// "SaveSettings") in $HOME/.config/ProgramExample/traces/ProgramExample main Trace <start time>.utrace.
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Core/Library.h>
 #include <Tov/Standard/Program.h>
+#include <Tov/Standard/Profiler/ProfilerScope.h>
 #include <juce_events/juce_events.h>
 #include <iostream>
 
@@ -50,12 +53,18 @@ protected:
     {
         auto& context = getProgramExecutionContext();
         ExampleSettings settings;
-        if (! loadConfiguration (context, "Settings", settings))
-            return false;
+        {
+            const tov::ProfilerScope scope ("LoadSettings");
+            if (! loadConfiguration (context, "Settings", settings))
+                return false;
+        }
         settings.numRuns.increment();
         context.information (settings.greeting.get() + ", run " + juce::String (settings.numRuns.get()));
         context.information ("Machine-wide data directory: " + getProgramDataDirectory ({}, false).getFullPathName());
-        saveConfiguration (context, "Settings", settings);
+        {
+            const tov::ProfilerScope scope ("SaveSettings");
+            saveConfiguration (context, "Settings", settings);
+        }
         std::cout << "Log: " << getLogFile ("Program", ".txt", true).getFullPathName() << std::endl;
 
         // Nothing else to do: the message loop ends after this start.

@@ -25,3 +25,16 @@ list(REMOVE_DUPLICATES tovLabelsOfTest)
 foreach(test IN LISTS tovLabelsOfTest)
   set_tests_properties("${test}" PROPERTIES LABELS "${tovLabelsOfTest_${test}}")
 endforeach()
+
+# Resource locks: TOV_TEST_LOCK_<resource> lists the suites and tests that take the resource
+# (port1981: the trace stream's port on loopback), which CTest then runs one at a time.
+foreach(resource port1981)
+  foreach(entry IN LISTS TOV_TEST_LOCK_${resource})
+    foreach(test IN LISTS tovTests_TESTS)
+      string(FIND "${test}" "${entry}." position)
+      if(test STREQUAL entry OR position EQUAL 0)
+        set_tests_properties("${test}" PROPERTIES RESOURCE_LOCK ${resource})
+      endif()
+    endforeach()
+  endforeach()
+endforeach()

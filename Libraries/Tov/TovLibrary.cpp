@@ -81,6 +81,7 @@
 #include "Standard/Profiler/NSightProfiler.h"
 #include "Standard/Profiler/StdDevProfiler.h"
 #include "Standard/Profiler/TraceProfiler.h"
+#include "Standard/Profiler/UnrealProfiler.h"
 #include "Standard/ProgressionStatistics.h"
 #include "Standard/Time.h"
 
@@ -290,6 +291,7 @@ static Library* createTovProfilerLibrary()
     library->addClass<StdDevProfiler>();
     library->addClass<TraceProfiler>();
     library->addClass<CpuTimingsProfiler>();
+    library->addClass<UnrealProfiler>();
     return library;
 }
 

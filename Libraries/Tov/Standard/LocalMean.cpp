@@ -1,20 +1,8 @@
 #include "LocalMean.h"
+#include <algorithm>
 
 namespace tov
 {
-
-void LocalMean::push (double value)
-{
-    if (historySize == 0)
-    {
-        reset();
-        return;
-    }
-    while (values.size() >= historySize)
-        dropOldest();
-    values.push_back (value);
-    sum += value;
-}
 
 void LocalMean::increment (double value) noexcept
 {
@@ -26,12 +14,20 @@ void LocalMean::increment (double value) noexcept
 void LocalMean::reset() noexcept
 {
     values.clear();
+    oldest = 0;
     sum = 0.0;
 }
 
 double LocalMean::getMean() const noexcept
 {
     return values.empty() ? 0.0 : sum / (double) values.size();
+}
+
+std::vector<double> LocalMean::getValues() const
+{
+    std::vector<double> ordered (values.begin() + (long) oldest, values.end());
+    ordered.insert (ordered.end(), values.begin(), values.begin() + (long) oldest);
+    return ordered;
 }
 
 void LocalMean::setValues (const std::vector<double>& newValues)
@@ -41,19 +37,13 @@ void LocalMean::setValues (const std::vector<double>& newValues)
         push (value);
 }
 
+// The ring is laid out oldest first again, so that it can grow or keep only its newest values.
 void LocalMean::setHistorySize (uint64_t newHistorySize)
 {
+    const auto ordered = getValues();
     historySize = newHistorySize;
-    if (historySize == 0)
-        reset();
-    while (values.size() > historySize)
-        dropOldest();
-}
-
-void LocalMean::dropOldest() noexcept
-{
-    sum -= values.front();
-    values.pop_front();
+    const size_t numKept = (size_t) std::min<uint64_t> (ordered.size(), historySize);
+    setValues ({ ordered.end() - (long) numKept, ordered.end() });
 }
 
 } // namespace tov

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <vector>
 
 namespace tov
@@ -12,14 +11,26 @@ namespace tov
 
     The sum is kept as values come and go, never recomputed, so that a push costs the same
     whatever the window's size. A window of size 0 holds nothing.
+
+    The window is a ring: it grows to the history size, then each push overwrites the oldest
+    value, so that a full window allocates nothing and moves nothing.
 */
 class LocalMean
 {
 public:
     explicit LocalMean (uint64_t historySize = 0) noexcept : historySize (historySize) {}
 
-    /** Appends the value, dropping the oldest ones while the window is full. */
-    void push (double value);
+    /** Appends the value, dropping the oldest one when the window is full. */
+    void push (double value)
+    {
+        if (values.size() < historySize)
+            values.push_back (value);
+        else if (historySize != 0)
+            replaceOldest (value);
+        else
+            return;
+        sum += value;
+    }
     /** Adds the value to every value of the window. */
     void increment (double value) noexcept;
     void reset() noexcept;
@@ -29,7 +40,7 @@ public:
     double getSumOfValues() const noexcept               { return sum; }
     size_t getNumValues() const noexcept                 { return values.size(); }
     /** Oldest first. */
-    std::vector<double> getValues() const                { return { values.begin(), values.end() }; }
+    std::vector<double> getValues() const;
     /** The window becomes these values, oldest first; beyond the history size only the newest stay. */
     void setValues (const std::vector<double>& newValues);
 
@@ -39,11 +50,18 @@ public:
     bool isHistoryFull() const noexcept                  { return values.size() >= historySize; }
 
 private:
-    std::deque<double> values;
+    std::vector<double> values;
+    /** Where the oldest value is once the window is full; 0 before. */
+    size_t oldest = 0;
     uint64_t historySize = 0;
     double sum = 0.0;
 
-    void dropOldest() noexcept;
+    void replaceOldest (double value) noexcept
+    {
+        sum -= values[oldest];
+        values[oldest] = value;
+        oldest = oldest + 1 == values.size() ? 0 : oldest + 1;
+    }
 };
 
 } // namespace tov

@@ -4,12 +4,6 @@
 namespace tov
 {
 
-void LocalMeanAndVariance::push (double value)
-{
-    values.push (value);
-    squares.push (value * value);
-}
-
 void LocalMeanAndVariance::increment (double value)
 {
     values.increment (value);

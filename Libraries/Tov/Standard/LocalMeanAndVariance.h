@@ -12,7 +12,7 @@ class LocalMeanAndVariance
 public:
     explicit LocalMeanAndVariance (uint64_t historySize = 0) noexcept : values (historySize), squares (historySize) {}
 
-    void push (double value);
+    void push (double value)                             { values.push (value); squares.push (value * value); }
     /** Adds the value to every value of the window; the squares are made anew from them. */
     void increment (double value);
     void reset() noexcept                                { values.reset(); squares.reset(); }

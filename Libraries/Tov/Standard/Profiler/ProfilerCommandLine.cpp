@@ -3,6 +3,7 @@
 #include "NSightProfiler.h"
 #include "StdDevProfiler.h"
 #include "TraceProfiler.h"
+#include "UnrealProfiler.h"
 #include "../Program.h"
 
 namespace tov
@@ -50,7 +51,8 @@ static Profiler* withThreadClasses (StackEventProfiler<Event>* profiler, const P
 // The names compare exactly: "unreal" is not "Unreal".
 Profiler* ProfilerCommandLine::createProfiler() const
 {
-    // The trace stream back-end joins here as UnrealProfiler (isFileMode(), address).
+    if (name == "Unreal")
+        return withThreadClasses (new UnrealProfiler (isFileMode(), address), *this);
     if (name == "NSight")
         return new NSightProfiler (NSightProfiler::getDefaultLibraryNames());
     if (name == "StdDev")

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tov
+{
+
+/** An open scope of the UnrealProfiler: the id of the spec that names it on the trace stream
+    (0 when nothing was written for it). */
+using UnrealEvent = uint32_t;
+
+} // namespace tov
