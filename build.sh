@@ -75,9 +75,11 @@ run_main() {
     cat "$scratch/home/.config/ProgramExample/configurations/Settings_1_0_0.configuration"
     rm -rf "$scratch"
     run_mirroring_example
-    echo "== StudioExample: a scripted session of an editor process and the viewer process it starts"
+    echo "== StudioExample: a scripted session of an editor process and the viewer process it starts, traced"
     scratch=$(mktemp -d)
-    HOME="$scratch" ./build/Examples/StudioExample session 2>/dev/null
+    HOME="$scratch" ./build/Examples/StudioExample session --profiler=Unreal --profilerMode=file 2>/dev/null
+    echo "== tov-trace summary of the session's trace (the editor's scopes)"
+    ./build/Tools/tov-trace summary "$scratch"/.config/StudioExample/traces/*.utrace | grep -E "^(Scopes|  (Editor|EditAndUndo|RenderFrame|SaveAndReload|UpdateOutputMirrorer) )" || true
     rm -rf "$scratch"
     echo "== tov-state check $documents/*"
     "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"

@@ -4,6 +4,7 @@
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <Tov/Message/Transaction/ScopedTransaction.h>
+#include <Tov/Standard/Profiler/ProfilerScope.h>
 #include <Tov/Standard/Program.h>
 
 namespace studio
@@ -94,6 +95,7 @@ Scene& EditorService::createScene()
 
 void EditorService::editAndUndo (Scene& scene)
 {
+    const tov::ProfilerScope scope ("EditAndUndo");
     auto& logo = *scene.findLayer ("Logo");
     auto& titles = *scene.findLayer ("Lower third");
     {
@@ -158,6 +160,7 @@ bool EditorService::renderPreview (const Scene& scene)
 
 bool EditorService::saveAndReload (const Scene& scene)
 {
+    const tov::ProfilerScope scope ("SaveAndReload");
     auto& context = getExecutionContext();
     const auto file = tov::Program::get().getProgramDataDirectory ("scenes", true).getChildFile (scene.title.get() + ".txt");
     if (! scene.saveToFile (context, file, true))

@@ -1,4 +1,5 @@
 #include "RenderPreviewTask.h"
+#include <Tov/Standard/Profiler/ProfilerScope.h>
 
 namespace studio
 {
@@ -10,6 +11,7 @@ RenderPreviewTask::RenderPreviewTask (const Scene* s, int frames) : Task ("Rende
 
 bool RenderPreviewTask::updateTask (double& progression, juce::String& text)
 {
+    const tov::ProfilerScope scope ("RenderFrame");
     const double time = numRendered / scene->frameRate.get();
     double light = 0.0;
     for (size_t i = 0; i < scene->layers.size(); ++i)

@@ -3,10 +3,11 @@
 // it by discovery, mirrors the scene and makes remote calls to it; then the editor renders a
 // preview as a task, saves the scene and loads it again.
 //
-//   StudioExample session [DISCOVERYPORT] [--profiler=...]
+//   StudioExample session [DISCOVERYPORT] [--profiler=Unreal --profilerMode=file]
 //                                      the whole session, printed a line per step; exit code 0
 //                                      when the viewer's copy and the reloaded scene are the
-//                                      editor's scene
+//                                      editor's scene. With the profiler, a trace of it goes to
+//                                      "traces", for tov-trace to read.
 //   StudioExample viewer DISCOVERYPORT the viewer, which the session starts; its program is
 //                                      named "StudioViewer"
 //
