@@ -10,7 +10,6 @@
 //   CrashTestApplication no-program KIND  crashes with a started exception filter and no program
 // It says "started" before it crashes.
 #include <Tov/Network/InterprocessConnection.h>
-#include <Tov/Standard/Application.h>
 #include <Tov/Standard/CrashDump.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/ExceptionFilter.h>
@@ -135,8 +134,9 @@ protected:
             connectToListener();
         else if (threadKind == "logger")
             ::pthread_kill ((pthread_t) getLoggerThread()->getThreadId(), SIGSEGV);
-        // After the exception was handled, the application still runs.
-        juce::MessageManager::callAsync ([] { say ("survived"); juce::JUCEApplicationBase::quit(); });
+        // After the exception was handled, the application still runs; the other crashes end it.
+        if (kind == "exception" || threadKind == "after-stop")
+            juce::MessageManager::callAsync ([] { say ("survived"); juce::JUCEApplicationBase::quit(); });
         return true;
     }
 
@@ -147,15 +147,17 @@ protected:
     }
 
 private:
-    CrashingService service;
+    // Made once the library tree exists; never destroyed, as the process ends by crashing.
+    std::unique_ptr<CrashingService> service;
     juce::StreamingSocket listener;
     CrashingListener connectionListener;
-    InterprocessConnection connection;
+    std::unique_ptr<InterprocessConnection> connection;
 
     void startCrashingService()
     {
-        service.enableLogging();
-        service.startService (false);
+        service = std::make_unique<CrashingService>();
+        service->enableLogging();
+        service->startService (false);
     }
 
     void connectToListener()
@@ -164,8 +166,9 @@ private:
         for (int candidate = 20000 + (int) (::getpid() % 20000); port == 0; ++candidate)
             if (listener.createListener (candidate, "127.0.0.1"))
                 port = candidate;
-        connection.setListener (&connectionListener);
-        connection.connect (HostIdentifier (HostIdentifier::localhost), NetworkAddress (HostIdentifier::localhost, (unsigned int) port), 1000);
+        connection = std::make_unique<InterprocessConnection>();
+        connection->setListener (&connectionListener);
+        connection->connect (HostIdentifier (HostIdentifier::localhost), NetworkAddress (HostIdentifier::localhost, (unsigned int) port), 1000);
     }
 };
 
