@@ -140,7 +140,8 @@ void CrashDump::prepare()
 
     // Without an application, the executable's name stands for it.
     auto fallback = juce::File::getSpecialLocation (juce::File::userApplicationDataDirectory);
-    juce::String description = juce::File::getSpecialLocation (juce::File::currentExecutableFile).getFileName();
+    // (currentExecutableFile would name this library: JUCE asks where its own code lies.)
+    juce::String description = juce::File ("/proc/self/exe").getLinkedTarget().getFileName();
     if (auto* application = juce::JUCEApplicationBase::getInstance())
     {
         fallback = fallback.getChildFile (application->getApplicationName());
