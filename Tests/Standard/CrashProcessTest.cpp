@@ -72,10 +72,10 @@ protected:
         before = juce::Time::getCurrentTime();
         TestProcess process (arguments, environment);
         EXPECT_TRUE (process.isStarted());
+        processId = process.getProcessId();
         const int exitCode = process.waitForExit (120000);
         after = juce::Time::getCurrentTime();
         output = process.getOutput();
-        processId = process.getProcessId();
         return exitCode;
     }
 
@@ -270,7 +270,8 @@ TEST_F (CrashProcessTest, EveryLineLoggedBeforeAServiceCrashIsWrittenBeforeTheRe
     ASSERT_EQ (run ({ "segv", "service", "--lines", "500" }), 45) << output;
     const auto log = juce::String (readLog ("Crashing"));
     juce::StringArray lines;
-    lines.addTokens (log.upToLastOccurrenceOf ("Error: Unhandled exception", false, false), "\r\n", {});
+    // Up to the report's first line, which is left out.
+    lines.addTokens (log.upToLastOccurrenceOf ("Error: Unhandled exception", false, false).upToLastOccurrenceOf ("\r\n", false, false), "\r\n", {});
     lines.removeEmptyStrings();
     juce::StringArray numbered;
     for (const auto& line : lines)
