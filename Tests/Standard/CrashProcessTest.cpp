@@ -16,10 +16,11 @@ namespace
 #if defined (__SANITIZE_THREAD__)
 // A core of a process under ThreadSanitizer holds its shadow memory: far too large to write.
 // The handler allocates and locks, which the sanitizer would report as unsafe in a signal.
-constexpr bool withDumps = false;
+constexpr bool underThreadSanitizer = true;
 #else
-constexpr bool withDumps = true;
+constexpr bool underThreadSanitizer = false;
 #endif
+constexpr bool withDumps = ! underThreadSanitizer;
 
 const char* const applicationName = "CrashTestApplication";
 const char* const reportEnd = "rax=<HEX> rbx=<HEX> rcx=<HEX>\r\n"
@@ -255,6 +256,9 @@ TEST_F (CrashProcessTest, ACrashOnTheLoggerThreadIsWrittenByTheLoggerItself)
 {
     // The signal comes from the program, not from a fault: its parameters are the sender's, and it
     // arrives wherever the logger waits.
+    if (underThreadSanitizer)
+        GTEST_SKIP() << "the sanitizer delivers the signal late, and reports the program's context, which the message "
+                        "thread owns, read by the dying logger thread";
     ASSERT_EQ (run ({ "segv", "logger" }), 45) << output;
     const auto log = readLog ("Program");
     expectReport (log, "<time>\t  Error: Unhandled exception in <any>+<HEX> (Rip=<HEX>) (image=<HEX>)\r\n"
