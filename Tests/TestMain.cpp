@@ -1,5 +1,6 @@
 #include "Support/TestValues.h"
 #include <gtest/gtest.h>
+#include <Tov/Standard/CrashDump.h>
 #include <juce_events/juce_events.h>
 #include <cstdlib>
 
@@ -10,6 +11,9 @@ int main (int argc, char** argv)
     ::unsetenv ("DISPLAY");
     ::unsetenv ("WAYLAND_DISPLAY");
     ::setenv ("TZ", "UTC", 1);
+    // A test that crashes while a test program runs ends with the crash report, without a dump of
+    // the whole test program; the crash tests dump small programs of their own.
+    tov::CrashDump::setEnabled (false);
     testing::InitGoogleTest (&argc, argv);
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
 

@@ -2,6 +2,7 @@
 #include <Tov/Core/State.h>
 #include <Tov/Core/Library.h>
 #include <Tov/Standard/ExecutionContext.h>
+#include <Tov/Standard/SystemStats.h>
 #include "StateToolProgress.h"
 #include <iostream>
 #include <map>
@@ -244,6 +245,44 @@ int save (ExecutionContext& context, const juce::StringArray& arguments)
         "Saved " + out);
 }
 
+/** The snapshot of this machine; with --table, the firmware part read from a raw SMBIOS table file instead. */
+int systemInformation (ExecutionContext& context, const juce::StringArray& arguments)
+{
+    auto remaining = arguments;
+    const bool withNetwork = ! remaining.contains ("--no-network");
+    const bool report = remaining.contains ("--report");
+    remaining.removeString ("--no-network");
+    remaining.removeString ("--report");
+    juce::String tableName;
+    if (remaining.size() == 2 && remaining[0] == "--table")
+        tableName = remaining[1];
+    else if (! remaining.isEmpty())
+    {
+        std::cerr << "tov-state sysinfo: unexpected \"" << remaining[0].toStdString() << "\" (see tov-state sysinfo --help)\n";
+        return usageError;
+    }
+
+    SystemStats stats;
+    stats.refreshFromLocalSystem (withNetwork);
+    if (tableName.isNotEmpty())
+    {
+        const auto file = juce::File::getCurrentWorkingDirectory().getChildFile (tableName);
+        juce::MemoryBlock table;
+        if (! file.loadFileAsData (table))
+        {
+            context.error ("File " + file.getFullPathName() + " cannot be opened for reading");
+            return failure;
+        }
+        stats.loadFromTable (table);
+    }
+    if (report)
+    {
+        std::cout << stats.toString().toStdString();
+        return 0;
+    }
+    return writeOutput (context, "-", printText (*stats.makeState (false))) ? 0 : failure;
+}
+
 const Command commands[] = {
     { "format", "tov-state format [FILE|-]",
       "Parses a State text (with its .bin sibling when FILE has one) and writes it as the library prints it.", format },
@@ -257,6 +296,9 @@ const Command commands[] = {
       "Converts the binary stream form back to text, printed as format prints it.", fromBinary, true },
     { "save", "tov-state save [--progress] [--binary] IN OUT",
       "Reads a State text (or the binary form, with --binary) and saves it as a state file, with a .bin sibling for buffers.", save, true },
+    { "sysinfo", "tov-state sysinfo [--no-network] [--report] [--table FILE]",
+      "Writes the snapshot of this machine as State text (or as a report, with --report). The firmware part comes from\n"
+      "the system's SMBIOS table when it is readable, and from the raw table in FILE with --table.", systemInformation },
 };
 
 void printToolHelp (std::ostream& out)

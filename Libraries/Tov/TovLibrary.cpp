@@ -71,6 +71,7 @@
 #include "Standard/Service.h"
 #include "Standard/SelectionAccessor.h"
 #include "Standard/SoftwareVersion.h"
+#include "Standard/SystemStats.h"
 #include "Standard/StateObject.h"
 #include "Standard/SuccessStatus.h"
 #include "Standard/GroupIssue.h"
@@ -322,6 +323,10 @@ Library* createTovStandardLibrary()
     library->addClass<ActivationState>();
     library->addClass<Orientation>();
     library->addClass<SoftwareVersion>();
+    library->addClass<OperatingSystemType>();
+    library->addClass<ProcessorCapabilities>();
+    library->addClass<ExtentedProcessorStats>();
+    library->addClass<SystemStats>();
     library->addClass<HierarchicalSelectionStatus>();
     library->addClass<HierarchicalSelection>();
     library->addClassGenerator ("HierarchicalSelection", new HierarchicalSelectionClassGenerator());

@@ -221,3 +221,87 @@ TEST_F (StateToolTest, WithoutATerminalProgressShowsNothing)
     EXPECT_EQ (run ("from-binary doc.bin").out, "{a = 1}\n");
     EXPECT_EQ (runOnTerminal ("to-binary doc.txt doc.bin").out, "");
 }
+
+//==============================================================================
+namespace
+{
+/** The machine snapshot command of the tool. */
+class SystemStatsToolTest : public StateToolTest
+{
+protected:
+    /** A raw firmware table: a BIOS, a baseboard and a processor structure, and the end. */
+    void writeTable (const char* name) const
+    {
+        const unsigned char bios[] = { 0, 24, 0, 0, 1, 2, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5, 17, 2, 9,
+                                       'A', 'c', 'm', 'e', 0, '1', '.', '0', 0, '0', '1', '/', '0', '2', '/', '2', '0', '2', '5', 0, 0 };
+        const unsigned char board[] = { 2, 8, 0, 0, 1, 2, 0, 0, 'M', 'a', 'k', 'e', 'r', 0, 'B', 0, 0 };
+        const unsigned char processor[] = { 4, 26, 0, 0, 1, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 3, 0, 100, 0, 0xa0, 0x0f, 0xb8, 0x0b, 0, 0,
+                                            'C', 'P', 'U', '0', 0, 'I', 'n', 't', 'e', 'l', 0, 'X', 'e', 'o', 'n', 0, 0 };
+        const unsigned char end[] = { 127, 4, 0, 0, 0, 0 };
+        juce::MemoryBlock table;
+        for (const auto& [data, size] : { std::pair<const void*, size_t> { bios, sizeof (bios) }, { board, sizeof (board) },
+                                          { processor, sizeof (processor) }, { end, sizeof (end) } })
+            table.append (data, size);
+        file (name).replaceWithData (table.getData(), table.getSize());
+    }
+};
+} // namespace
+
+TEST_F (SystemStatsToolTest, PrintsThisMachineAsStateTextWithEveryVariable)
+{
+    auto result = run ("sysinfo --no-network");
+    ASSERT_EQ (result.exitCode, 0) << result.err;
+    EXPECT_EQ (result.err, "");
+    // The text reads back as a document.
+    write ("machine.txt", result.out);
+    EXPECT_EQ (run ("check machine.txt").exitCode, 0);
+    int previous = -1;
+    for (const auto* name : { "operatingSystemType = \"linuxOS\"", "operatingSystemName = ", "operatingSystem64Bit = true", "networkStats = ",
+                              "numCpuCores = ", "numCpuThreads = " , "cpuCapabilities = ", "memorySizeInMegabytes = ", "biosVendor = ",
+                              "biosReleaseDate = ", "biosVersion = ", "biosSystemVersion = ", "biosFrimwareVersion = ",
+                              "motherBoardManufacturer = ", "motherBoardProductName = ", "motherBoardRevision = ",
+                              "motherBoardSerialNumber = ", "chassisAssetTag = ", "systemSerialNumber = ", "systemUUID = ",
+                              "processorsStats = " })
+    {
+        const int at = result.out.indexOf (name);
+        EXPECT_GT (at, previous) << name << "\n" << result.out;
+        previous = at;
+    }
+    EXPECT_TRUE (result.out.contains ("numCpuThreads = " + juce::String (juce::SystemStats::getNumCpus()))) << result.out;
+}
+
+TEST_F (SystemStatsToolTest, ReadsTheFirmwarePartFromAGivenTable)
+{
+    writeTable ("dmi.bin");
+    auto result = run ("sysinfo --no-network --table dmi.bin");
+    ASSERT_EQ (result.exitCode, 0) << result.err;
+    for (const auto* expected : { "biosVendor = \"Acme\"", "biosReleaseDate = \"01/02/2025\"", "biosVersion = \"1.0\"",
+                                  "biosSystemVersion = \"5.17\"", "biosFrimwareVersion = \"2.9\"", "motherBoardManufacturer = \"Maker\"",
+                                  "motherBoardProductName = \"B\"", "socketDesignation = \"CPU0\"", "manufacturer = \"Intel\"",
+                                  "version = \"Xeon\"", "externalClockSpeed = \"100MHz\"", "maxSpeed = \"4000MHz\"", "currentSpeed = \"3000MHz\"" })
+        EXPECT_TRUE (result.out.contains (expected)) << expected << "\n" << result.out;
+}
+
+TEST_F (SystemStatsToolTest, ReportsTheSnapshotLabelByLabel)
+{
+    writeTable ("dmi.bin");
+    auto result = run ("sysinfo --no-network --report --table dmi.bin");
+    ASSERT_EQ (result.exitCode, 0) << result.err;
+    juce::StringArray labels;
+    for (const auto& line : juce::StringArray::fromLines (result.out))
+        if (line.isNotEmpty())
+            labels.add (line.upToFirstOccurrenceOf (": ", false, false));
+    EXPECT_EQ (labels.joinIntoString ("|"),
+               "OS Type|CPU Core|CPU Features|CPU Manufacturer|CPU Version|CPU Socket|CPU External Clock Speed|CPU Max Speed|"
+               "CPU Current Speed|BIOS Vendor|BIOS Release Date|BIOS Version|BIOS System Version|BIOS Firmware Version|"
+               "Mother Board Manufacturer|Mother Board Name|Mother Board Revision|Mother Board Id|Chassis Asset Tag|System Id|System UUId");
+    EXPECT_TRUE (result.out.contains ("\nCPU Max Speed: 4000MHz\n")) << result.out;
+}
+
+TEST_F (SystemStatsToolTest, AMissingTableFails)
+{
+    auto result = run ("sysinfo --no-network --table missing.bin");
+    EXPECT_EQ (result.exitCode, 1);
+    EXPECT_EQ (result.err, "Error: File " + file ("missing.bin").getFullPathName() + " cannot be opened for reading\n");
+    EXPECT_EQ (run ("sysinfo --frobnicate").exitCode, 2);
+}

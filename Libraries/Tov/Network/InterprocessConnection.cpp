@@ -1,4 +1,5 @@
 #include "InterprocessConnection.h"
+#include "../Standard/ExceptionFilter.h"
 #include "InterprocessConnectionTable.h"
 #include "../Standard/ExecutionContext.h"
 #include "../Message/PeerMap.h"
@@ -27,6 +28,7 @@ public:
     void run() override
     {
         pthread_setcancelstate (PTHREAD_CANCEL_DISABLE, nullptr);
+        const ExceptionFilter::ThreadScope crashScope;
         juce::String hostName, host;
         int port = 0;
         {

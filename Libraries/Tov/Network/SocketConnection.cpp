@@ -1,4 +1,5 @@
 #include "SocketConnection.h"
+#include "../Standard/ExceptionFilter.h"
 #include <poll.h>
 #include <pthread.h>
 #include <sys/socket.h>
@@ -169,6 +170,7 @@ void SocketConnection::run()
 {
     // A thread that cannot be stopped in time is left to end by itself, never cancelled.
     pthread_setcancelstate (PTHREAD_CANCEL_DISABLE, nullptr);
+    const ExceptionFilter::ThreadScope crashScope;
     readBuffer.resize (readBufferSize);
 
     if (! callbackConnectionState.exchange (true))

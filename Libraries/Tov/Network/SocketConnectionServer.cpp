@@ -1,4 +1,5 @@
 #include "SocketConnectionServer.h"
+#include "../Standard/ExceptionFilter.h"
 #include <poll.h>
 #include <pthread.h>
 
@@ -52,6 +53,7 @@ int SocketConnectionServer::getBoundPort() const
 void SocketConnectionServer::run()
 {
     pthread_setcancelstate (PTHREAD_CANCEL_DISABLE, nullptr);
+    const ExceptionFilter::ThreadScope crashScope;
     while (! thread->threadShouldExit())
     {
         pollfd descriptors[2] = { { listener->getHandle(), POLLIN, 0 }, { wakeUp.getHandle(), POLLIN, 0 } };

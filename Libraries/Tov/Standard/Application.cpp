@@ -1,4 +1,5 @@
 #include "Application.h"
+#include "TimeText.h"
 
 namespace tov
 {
@@ -59,11 +60,16 @@ void Application::systemRequestedQuit()
         quit();
 }
 
-// The crash log comes with the crash handling; until then the exception goes to debug output.
+// The crash log is appended to forever: it is small, and never rotated.
 void Application::unhandledException (const std::exception* exception, const juce::String& sourceFileName, int lineNumber)
 {
-    juce::Logger::outputDebugString ("Unhandled exception in " + sourceFileName + ":" + juce::String (lineNumber) + ": "
-                                     + (exception != nullptr ? juce::String (exception->what()) : juce::String ("unknown")));
+    const auto log = program->getProgramDataDirectory ("dumps", true).getChildFile ("crash_log.txt");
+    if (! log.existsAsFile())
+        log.create();
+    auto text = TimeText::toString (juce::Time::getCurrentTime()) + " Exception at " + sourceFileName + ":" + juce::String (lineNumber);
+    if (exception != nullptr)
+        text += " '" + juce::String (exception->what()) + "'";
+    log.appendText (text + "\n", false, false, "\r\n");
 }
 
 } // namespace tov

@@ -1,4 +1,5 @@
 #include "InternalJuceThread.h"
+#include "ExceptionFilter.h"
 #include "Service.h"
 #include <exception>
 #include <pthread.h>
@@ -46,6 +47,7 @@ void InternalJuceThread::run()
     // A stop that times out cancels the thread; a cancellation would unwind through JUCE's
     // catch-all and abort the process. The thread is abandoned instead (see Service::stopService).
     pthread_setcancelstate (PTHREAD_CANCEL_DISABLE, nullptr);
+    const ExceptionFilter::ThreadScope crashScope;
 
     // A service that fails to start keeps its thread id: stopService clears it.
     bool started = false;

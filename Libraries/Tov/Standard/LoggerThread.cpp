@@ -1,4 +1,5 @@
 #include "LoggerThread.h"
+#include "ExceptionFilter.h"
 #include <pthread.h>
 
 namespace tov
@@ -132,6 +133,7 @@ void LoggerThread::run()
     // A stop that times out must not cancel this thread in the middle of a
     // write: the forced unwind would end the process.
     pthread_setcancelstate (PTHREAD_CANCEL_DISABLE, nullptr);
+    const ExceptionFilter::ThreadScope crashScope;
 
     while (! threadShouldExit())
         if (! drain())

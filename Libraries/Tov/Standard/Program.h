@@ -85,6 +85,8 @@ public:
     juce::File getLogFile (const juce::String& name, const juce::String& extension, bool withStartTime) const;
     /** Shows the newest log of this program in the file browser. */
     void revealLastLogInExplorer() const;
+    /** True when DISPLAY or WAYLAND_DISPLAY names a display: only then can anything be shown to the user. */
+    static bool hasDisplay();
 
     //==============================================================================
     /** Defaults first, then the file of this version or of the newest older version;
@@ -152,6 +154,12 @@ public:
 
     /** Null before startProgram and after stopProgram. */
     LoggerThread* getLoggerThread() const noexcept          { return loggerThread.get(); }
+
+    //==============================================================================
+    /** The routine behind TOV_ASSERT: the message goes to the error log (or debug output without
+        a program), to a dialog when asked and there is a display, and with crash the process
+        ends through the crash handler at a recognisable address. */
+    static void assertionReport (const juce::String& message, bool showDialog, bool crash);
 
     //==============================================================================
     /** Called with the name of each step of the start and stop sequences just before it runs;

@@ -89,9 +89,14 @@ void Program::revealLastLogInExplorer() const
                       { return a.getLastModificationTime() > b.getLastModificationTime(); });
 
     // There is nothing to show the file in without a display.
-    if (juce::SystemStats::getEnvironmentVariable ("DISPLAY", {}).isNotEmpty()
-        || juce::SystemStats::getEnvironmentVariable ("WAYLAND_DISPLAY", {}).isNotEmpty())
+    if (hasDisplay())
         found.getFirst().revealToUser();
+}
+
+bool Program::hasDisplay()
+{
+    return juce::SystemStats::getEnvironmentVariable ("DISPLAY", {}).isNotEmpty()
+        || juce::SystemStats::getEnvironmentVariable ("WAYLAND_DISPLAY", {}).isNotEmpty();
 }
 
 //==============================================================================
