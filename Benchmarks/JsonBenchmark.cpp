@@ -6,6 +6,7 @@
 #include <Tov/Container/StringVector.h>
 #include <Tov/Core/Json.h>
 #include <Tov/Core/Library.h>
+#include <Tov/Standard/ExecutionContext.h>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 
