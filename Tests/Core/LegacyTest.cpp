@@ -52,7 +52,7 @@ TEST_F (LegacyTranslationTest, TableEntryWithoutAClassStaysAndIsUnknownAtLookup)
     auto state = parseState ("'GPUFrameCountTimeProvider {}");
     juce::String error;
     EXPECT_EQ (state->getCompatibilityClass (&error), nullptr);
-    EXPECT_TRUE (error.isNotEmpty());
+    EXPECT_EQ (error, "Could not find class \"GPUFrameCountTimeProvider\"");
 }
 
 TEST_F (LegacyTranslationTest, ClassValueOfGenerationVertexMaskAddsNoVariable)
