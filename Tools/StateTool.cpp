@@ -1,6 +1,9 @@
 // tov-state: reads, checks and converts State documents.
 #include <Tov/Core/State.h>
+#include <Tov/Core/Json.h>
 #include <Tov/Core/Library.h>
+#include <Tov/Core/Object.h>
+#include <Tov/Core/ClassRegistry.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/SystemStats.h>
 #include "StateToolProgress.h"
@@ -283,6 +286,84 @@ int systemInformation (ExecutionContext& context, const juce::StringArray& argum
     return writeOutput (context, "-", printText (*stats.makeState (false))) ? 0 : failure;
 }
 
+/** Removes the option; true when it was there. */
+bool takeOption (juce::StringArray& remaining, const char* option)
+{
+    const bool present = remaining.contains (option);
+    remaining.removeString (option);
+    return present;
+}
+
+/** A created object, deleted as heap objects are when the command ends. */
+std::unique_ptr<Object, void (*) (Object*)> holdObject (Object* object)
+{
+    return { object, [] (Object* o) { if (o != nullptr) o->deleteThis(); } };
+}
+
+int toJson (ExecutionContext& context, const juce::StringArray& arguments)
+{
+    auto remaining = arguments;
+    const bool transient = takeOption (remaining, "--transient");
+    const bool withoutDefaults = takeOption (remaining, "--without-defaults");
+    const auto in = argumentOrStandard (remaining, 0), out = argumentOrStandard (remaining, 1);
+    auto state = readTextDocument (context, in);
+    if (state == nullptr)
+        return failure;
+    auto object = holdObject (Object::createFromState (context, state));
+    if (object == nullptr)
+        return failure;
+    // juce::JSON breaks lines with CRLF: files keep them, standard output gets plain line feeds.
+    const auto text = juce::JSON::toString (saveObjectToJson (*object, transient, withoutDefaults), false, 15);
+    if (out != "-")
+    {
+        const auto file = juce::File::getCurrentWorkingDirectory().getChildFile (out);
+        if (file.replaceWithText (text, false, false, "\r\n"))
+            return 0;
+        context.error ("Could not write file " + file.getFullPathName());
+        return failure;
+    }
+    const auto lines = text.replace ("\r\n", "\n") + "\n";
+    return writeOutput (context, "-", juce::MemoryBlock (lines.toRawUTF8(), lines.getNumBytesAsUTF8())) ? 0 : failure;
+}
+
+int fromJson (ExecutionContext& context, const juce::StringArray& arguments)
+{
+    auto remaining = arguments;
+    const int classIndex = remaining.indexOf ("--class");
+    if (classIndex < 0 || classIndex + 1 >= remaining.size())
+    {
+        std::cerr << "tov-state from-json: expected --class NAME (see tov-state from-json --help)\n";
+        return usageError;
+    }
+    const auto className = remaining[classIndex + 1];
+    remaining.removeRange (classIndex, 2);
+    Class* objectClass = getClass (className);
+    if (objectClass == nullptr)
+    {
+        context.error ("Unknown class " + className);
+        return failure;
+    }
+    const auto in = argumentOrStandard (remaining, 0), out = argumentOrStandard (remaining, 1);
+    auto input = openInput (context, in);
+    if (input == nullptr)
+        return failure;
+    juce::var value;
+    const auto parsed = juce::JSON::parse (input->readEntireStreamAsString(), value);
+    if (parsed.failed())
+    {
+        context.error ("Could not parse Json: " + parsed.getErrorMessage());
+        return failure;
+    }
+    juce::String error;
+    auto object = holdObject (createObjectFromJson (value, objectClass, false, &error));
+    if (object == nullptr)
+    {
+        context.error (error.isNotEmpty() ? error : "Cannot create " + className + " from Json");
+        return failure;
+    }
+    return writeOutput (context, out, printText (*object->makeState (true, true))) ? 0 : failure;
+}
+
 const Command commands[] = {
     { "format", "tov-state format [FILE|-]",
       "Parses a State text (with its .bin sibling when FILE has one) and writes it as the library prints it.", format },
@@ -299,6 +380,10 @@ const Command commands[] = {
     { "sysinfo", "tov-state sysinfo [--no-network] [--report] [--table FILE]",
       "Writes the snapshot of this machine as State text (or as a report, with --report). The firmware part comes from\n"
       "the system's SMBIOS table when it is readable, and from the raw table in FILE with --table.", systemInformation },
+    { "to-json", "tov-state to-json [--transient] [--without-defaults] [IN|-] [OUT|-]",
+      "Loads a State text that names its class as an object and writes its JSON, with CRLF line ends in a file.", toJson },
+    { "from-json", "tov-state from-json --class NAME [IN|-] [OUT|-]",
+      "Loads JSON into a new object of class NAME (JSON names no classes) and writes its State text with the class.", fromJson },
 };
 
 void printToolHelp (std::ostream& out)

@@ -305,3 +305,73 @@ TEST_F (SystemStatsToolTest, AMissingTableFails)
     EXPECT_EQ (result.err, "Error: File " + file ("missing.bin").getFullPathName() + " cannot be opened for reading\n");
     EXPECT_EQ (run ("sysinfo --frobnicate").exitCode, 2);
 }
+
+//==============================================================================
+namespace
+{
+/** tov-state's commands of the JSON bridge, on the library's own SoftwareVersion class. */
+class JsonStateToolTest : public StateToolTest {};
+}
+
+TEST_F (JsonStateToolTest, ToJsonWritesTheObjectsJson)
+{
+    write ("version.txt", "'SoftwareVersion {programName = \"player\", majorVersion = 4, commitHash = \"c0ffee\"}");
+    auto result = run ("to-json --without-defaults version.txt");
+    EXPECT_EQ (result.out, "{\n  \"program\": \"player\",\n  \"major\": 4,\n  \"commit\": \"c0ffee\"\n}\n");
+    EXPECT_EQ (result.err, "");
+    EXPECT_EQ (result.exitCode, 0);
+}
+
+TEST_F (JsonStateToolTest, ToJsonFileHasCrlfLines)
+{
+    write ("version.txt", "'SoftwareVersion {programName = \"player\"}");
+    auto result = run ("to-json --without-defaults version.txt out.json");
+    EXPECT_EQ (result.exitCode, 0);
+    EXPECT_EQ (file ("out.json").loadFileAsString(), "{\r\n  \"program\": \"player\"\r\n}");
+}
+
+TEST_F (JsonStateToolTest, ToJsonOfADocumentWithoutClassFails)
+{
+    auto result = run ("to-json -", "{programName = \"player\"}");
+    EXPECT_EQ (result.exitCode, 1);
+    EXPECT_TRUE (result.err.startsWith ("Error: "));
+}
+
+TEST_F (JsonStateToolTest, FromJsonNeedsTheClass)
+{
+    auto result = run ("from-json -", "{\"program\": \"player\"}");
+    EXPECT_EQ (result.exitCode, 2);
+    EXPECT_EQ (result.err, "tov-state from-json: expected --class NAME (see tov-state from-json --help)\n");
+
+    result = run ("from-json --class NoSuchClass -", "{}");
+    EXPECT_EQ (result.exitCode, 1);
+    EXPECT_EQ (result.err, "Error: Unknown class NoSuchClass\n");
+}
+
+TEST_F (JsonStateToolTest, FromJsonWritesTheStateWithItsClass)
+{
+    auto result = run ("from-json --class SoftwareVersion -", "{\"program\": \"player\", \"major\": 4, \"unknown\": 1}");
+    EXPECT_EQ (result.out, "'SoftwareVersion {programName = \"player\", majorVersion = 4}\n");
+    EXPECT_EQ (result.err, "");
+    EXPECT_EQ (result.exitCode, 0);
+}
+
+TEST_F (JsonStateToolTest, FromJsonOfBadTextFails)
+{
+    auto result = run ("from-json --class SoftwareVersion -", "{\"program\": ");
+    EXPECT_EQ (result.exitCode, 1);
+    EXPECT_TRUE (result.err.startsWith ("Error: Could not parse Json: "));
+
+    result = run ("from-json --class SoftwareVersion -", "[1, 2]");
+    EXPECT_EQ (result.exitCode, 1);
+    EXPECT_EQ (result.err, "Error: Cannot load 0.0.0 from Json value [1, 2]\n");
+}
+
+TEST_F (JsonStateToolTest, RoundTripThroughJson)
+{
+    write ("version.txt", "'SoftwareVersion {programName = \"player\", branchName = \"beta\", minorVersion = 7}");
+    ASSERT_EQ (run ("to-json version.txt out.json").exitCode, 0);
+    auto result = run ("from-json --class SoftwareVersion out.json");
+    EXPECT_EQ (result.out, "'SoftwareVersion {programName = \"player\", branchName = \"beta\", minorVersion = 7}\n");
+    EXPECT_EQ (result.exitCode, 0);
+}

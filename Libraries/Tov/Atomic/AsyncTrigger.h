@@ -34,6 +34,7 @@ public:
     void save (ObjectExporter&) const override          {}
     /** Whatever the state, loading counts as a change. */
     bool load (ObjectImporter&) override                { changed(); return true; }
+    bool loadFromJson (ExecutionContext&, const juce::var&) override  { changed(); return true; }
 
     /** The words that end the reports of calls on a deleted trigger. */
     static const char* const supportContact;

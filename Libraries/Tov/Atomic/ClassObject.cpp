@@ -46,4 +46,24 @@ bool ClassObject::load (ObjectImporter& importer)
     }
 }
 
+juce::var ClassObject::saveToJson (uint32_t) const
+{
+    return toString();
+}
+
+bool ClassObject::loadFromJson (ExecutionContext&, const juce::var& json)
+{
+    const juce::String name = json.toString();
+    if (name == "< None >")
+    {
+        set (nullptr);
+        return true;
+    }
+    Class* loaded = tov::getClass (name);
+    if (loaded == nullptr)
+        return false;
+    set (loaded);
+    return true;
+}
+
 } // namespace tov

@@ -20,6 +20,9 @@ public:
     void save (ObjectExporter& exporter) const override;
     /** A class expression, a class name as a string (empty or unknown for none), or void for none. */
     bool load (ObjectImporter& importer) override;
+    /** The class's name or "< None >"; an unknown name fails. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 };
 
 } // namespace tov

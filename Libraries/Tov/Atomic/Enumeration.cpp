@@ -1,4 +1,5 @@
 #include "Enumeration.h"
+#include "../Core/Json.h"
 #include "Integer.h"
 
 namespace tov
@@ -138,6 +139,16 @@ bool Enumeration::load (ObjectImporter& importer)
     }
     set (enumerationClass->getElementValue ((size_t) index));
     return true;
+}
+
+juce::var Enumeration::saveToJson (uint32_t) const
+{
+    return toString();
+}
+
+bool Enumeration::loadFromJson (ExecutionContext& context, const juce::var& json)
+{
+    return loadFromState (context, std::make_shared<State> (juceVarToString (json)));
 }
 
 } // namespace tov

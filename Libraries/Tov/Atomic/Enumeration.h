@@ -57,6 +57,9 @@ public:
     void save (ObjectExporter& exporter) const override;
     /** A number, or an element's name; an unknown name is reported and gives the class's default value. */
     bool load (ObjectImporter& importer) override;
+    /** The element's text; loads the text of any value as a string State would. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 
 private:
     bool isBare() const;

@@ -21,6 +21,9 @@ public:
     void save (ObjectExporter& exporter) const override;
     /** A void state leaves the count as it is. */
     bool load (ObjectImporter& importer) override;
+    /** The count as a 64-bit integer, nothing when saved without defaults; only 64-bit integers load. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 };
 
 } // namespace tov

@@ -35,4 +35,15 @@ bool Uuid::load (ObjectImporter& importer)
     return true;
 }
 
+juce::var Uuid::saveToJson (uint32_t) const
+{
+    return toString();
+}
+
+bool Uuid::loadFromJson (ExecutionContext&, const juce::var& json)
+{
+    set (juce::Uuid (json.toString()));
+    return true;
+}
+
 } // namespace tov

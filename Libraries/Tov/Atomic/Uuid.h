@@ -21,6 +21,9 @@ public:
     void save (ObjectExporter& exporter) const override;
     /** An invalid text fails without a report. */
     bool load (ObjectImporter& importer) override;
+    /** The dashed text. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 };
 
 } // namespace tov

@@ -17,6 +17,7 @@ public:
     juce::String toString() const override                { return "void"; }
     void save (ObjectExporter&) const override            {}
     bool load (ObjectImporter&) override                  { return true; }
+    bool loadFromJson (ExecutionContext&, const juce::var&) override  { return true; }
 };
 
 } // namespace tov

@@ -17,6 +17,11 @@ public:
 
     /** Its own declared name, not that of the Map it is made from. */
     juce::String getClassName() const override       { return Object::getClassName(); }
+
+    /** One property per key. A value whose class is the one its key names stands as it is; any
+        other is wrapped as {"class", "value"}. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 };
 
 } // namespace tov

@@ -1,4 +1,6 @@
 #include "ObjectMap.h"
+#include "../Standard/ExecutionContext.h"
+#include "../Core/Json.h"
 #include "../Core/ObjectExporter.h"
 #include "../Core/ObjectImporter.h"
 #include "../Pointer/ObjectWeakPointerBase.h"
@@ -334,6 +336,42 @@ void ObjectMap::markObjectsAsBeingDestroyed()
         markOwnedObjectAsBeingDestroyed (entry.key);
         markOwnedObjectAsBeingDestroyed (entry.value);
     }
+}
+
+//==============================================================================
+juce::var ObjectMap::saveToJson (uint32_t flags) const
+{
+    juce::Array<juce::var> entries;
+    for (auto& entry : table.entries)
+    {
+        auto* json = new juce::DynamicObject();
+        json->setProperty ("key", saveObjectToJsonWithClass (entry.key, getKeyClass(), flags));
+        json->setProperty ("value", saveObjectToJsonWithClass (entry.value, getValueClass(), flags));
+        entries.add (juce::var (json));
+    }
+    return entries;
+}
+
+bool ObjectMap::loadFromJson (ExecutionContext& context, const juce::var& value)
+{
+    if (value.isArray())
+        clear (false);
+    const bool result = loadJsonArray (context, value, *this, [&] (const juce::var& entry, juce::String& error)
+    {
+        Object* key = createObjectFromJsonWithClass (entry.getProperty ("key", {}), getKeyClass(), nullptr, &error);
+        Object* loaded = key != nullptr ? createObjectFromJsonWithClass (entry.getProperty ("value", {}), getValueClass(), nullptr, &error) : nullptr;
+        if (loaded == nullptr)
+        {
+            if (key != nullptr)
+                key->deleteThis();
+            return false;
+        }
+        insert (key, loaded, false);
+        return true;
+    });
+    if (value.isArray())
+        changed();
+    return result;
 }
 
 } // namespace tov

@@ -75,6 +75,9 @@ public:
     /** Rebuilds the map; a value whose key was present keeps its identity. Always true: the
         importer has reported what went wrong with single entries. */
     bool load (ObjectImporter& importer) override;
+    /** An array of {"key", "value"} objects, in insertion order. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
     void initializeObject() override;
     void deinitializeObject() override;
     void markObjectsAsBeingDestroyed() override;

@@ -1,4 +1,5 @@
 #include "ObjectOption.h"
+#include "../Core/Json.h"
 
 namespace tov
 {
@@ -48,6 +49,22 @@ bool ObjectOption::isVariableEditable (const Object* variable, VariableDependenc
 juce::String ObjectOption::toString() const
 {
     return isEnabled() ? value.toString() : juce::String ("<optional>");
+}
+
+juce::var ObjectOption::saveToJson (uint32_t flags) const
+{
+    return isEnabled() ? getValue()->saveToJson (flags) : juce::var();
+}
+
+bool ObjectOption::loadFromJson (ExecutionContext&, const juce::var& json)
+{
+    if (json.isVoid())
+    {
+        setEnabled (false);
+        return true;
+    }
+    setEnabled (true);
+    return loadObjectFromJson (json, *getValue());
 }
 
 } // namespace tov

@@ -39,6 +39,10 @@ public:
     /** The held value's text when enabled, otherwise "<optional>". */
     juce::String toString() const override;
 
+    /** The held value's JSON when enabled, void otherwise; a loaded value enables the option. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
+
 private:
     mutable ObjectHolder value;
 };

@@ -1,4 +1,6 @@
 #include "ObjectOwnedVector.h"
+#include "../Standard/ExecutionContext.h"
+#include "../Core/Json.h"
 #include "../Atomic/String.h"
 #include "../Core/ClassRegistry.h"
 #include "../Core/ObjectExporter.h"
@@ -434,6 +436,32 @@ void ObjectOwnedVector::markObjectsAsBeingDestroyed()
     Container::markObjectsAsBeingDestroyed();
     for (auto* object : objects)
         markOwnedObjectAsBeingDestroyed (object);
+}
+
+//==============================================================================
+juce::var ObjectOwnedVector::saveToJson (uint32_t flags) const
+{
+    juce::Array<juce::var> elements;
+    elements.ensureStorageAllocated ((int) objects.size());
+    for (auto* element : objects)
+        elements.add (saveObjectToJsonWithClass (element, getTargetClass(), flags));
+    return elements;
+}
+
+// Elements are made anew; one that fails to load is left out and the others still come in.
+bool ObjectOwnedVector::loadFromJson (ExecutionContext& context, const juce::var& value)
+{
+    std::vector<Object*> loaded;
+    const bool result = loadJsonArray (context, value, *this, [&] (const juce::var& element, juce::String& error)
+    {
+        Object* created = createObjectFromJsonWithClass (element, getTargetClass(), nullptr, &error);
+        if (created != nullptr)
+            loaded.push_back (created);
+        return created != nullptr;
+    });
+    if (value.isArray())
+        set (loaded);
+    return result;
 }
 
 } // namespace tov

@@ -107,6 +107,9 @@ public:
     juce::String toString() const override;
     void save (ObjectExporter& exporter) const override;
     bool load (ObjectImporter& importer) override;
+    /** An array of the elements' JSON; elements are created anew on loading. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
     void initializeObject() override;
     void deinitializeObject() override;
     void markObjectsAsBeingDestroyed() override;

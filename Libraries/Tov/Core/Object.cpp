@@ -5,6 +5,8 @@
 #include "ObjectSpace.h"
 #include "StateObjectExporter.h"
 #include "ComputeHashObjectExporter.h"
+#include "Json.h"
+#include "MemberSignature.h"
 #include "ObjectConverter.h"
 #include "ObjectConverters.h"
 #include "../Atomic/String.h"
@@ -565,7 +567,7 @@ std::shared_ptr<State> Object::makeState (bool withoutDefaults, bool writeClass)
 Object* Object::createFromState (ExecutionContext& context, const std::shared_ptr<State>& state, Object* parent)
 {
     juce::String reason;
-    Class* objectClass = state->getClass (&reason);
+    Class* objectClass = state->getCompatibilityClass (&reason);
     if (objectClass == nullptr)
     {
         context.error (reason);
@@ -590,6 +592,69 @@ bool Object::saveToFile (ExecutionContext& context, const juce::File& file, bool
 {
     // Written out at once: the buffers' bytes need no copies.
     return StateObjectExporter::make (*this, exportWithoutDefaults | exportBufferViews, writeClass)->saveToFile (context, file, {});
+}
+
+//==============================================================================
+// Variables equal to their default are left out only when embedded, as in StateObjectExporter.
+static bool isPrunedFromJson (const Object& variable, const MemberSignature& signature, uint32_t flags)
+{
+    if ((flags & exportWithoutDefaults) == 0 || signature.getBooleanAttribute ("disableJsonPruning"))
+        return false;
+    const Object* defaultValue = variable.getDefaultValue();
+    return defaultValue != nullptr && variable.equals (*defaultValue);
+}
+
+juce::var Object::saveToJson (uint32_t flags) const
+{
+    const size_t count = getNumVariables();
+    if (count == 0)
+        return {};
+    auto* json = new juce::DynamicObject();
+    juce::var result (json);
+    for (size_t i = 0; i < count; ++i)
+    {
+        auto* signature = dynamic_cast<const VariableSignature*> (getVariableSignature (i));
+        const Object* variable = getVariable (i);
+        if (signature == nullptr || variable == nullptr || ! signature->canBeSaved ((flags & exportTransientVariables) != 0))
+            continue;
+        if (isPrunedFromJson (*variable, *signature, flags))
+            continue;
+        auto value = variable->saveToJson (flags);
+        if (! value.isVoid())
+            json->setProperty (getJsonIdentifier (*signature), value);
+    }
+    return result;
+}
+
+bool Object::loadFromJson (ExecutionContext& context, const juce::var& value)
+{
+    if (getNumVariables() == 0)
+        return false;
+    auto* json = value.getDynamicObject();
+    if (json == nullptr)
+        return ! (bool) value;
+    juce::String error;
+    if (loadObjectFromJsonProperties (json->getProperties(), *this, false, &error))
+        return true;
+    context.error ("Could not load " + getFriendlyName() + ": " + error);
+    return false;
+}
+
+bool Object::loadVariableFromJson (ExecutionContext&, juce::StringRef name, const juce::var& value, juce::String* error)
+{
+    if (name == juce::StringRef ("custom_fields"))
+    {
+        auto* fields = value.getDynamicObject();
+        return fields == nullptr || loadObjectFromJsonProperties (fields->getProperties(), *this, false, error);
+    }
+    const int index = findVariableByJsonIdentifier (getClass(), name);
+    if (index < 0)
+        return true;
+    // JSON's null parses to a void var, whose text is empty: both leave the variable as it is.
+    if (value.isVoid() || juceVarToString (value) == "null")
+        return true;
+    Object* variable = getVariable ((size_t) index);
+    return variable == nullptr || loadObjectFromJson (value, *variable, false, error);
 }
 
 uint64_t Object::computeHash() const

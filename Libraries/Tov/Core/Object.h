@@ -203,6 +203,18 @@ public:
     /** Saves the state without defaults to a state file. */
     bool saveToFile (ExecutionContext& context, const juce::File& file, bool writeClass = false) const;
 
+    //==============================================================================
+    // JSON (see Json.h): no identifiers, class names or versions, driven by the variable signatures.
+    /** An object of its variables' JSON, keyed by their JSON identifiers; void without variables.
+        Flags are ExporterFlags: exportTransientVariables saves transient variables,
+        exportWithoutDefaults leaves out those equal to their default. */
+    virtual juce::var saveToJson (uint32_t flags) const;
+    /** The properties of an object value into the variables; any other value only when it converts to false. */
+    virtual bool loadFromJson (ExecutionContext& context, const juce::var& value);
+    /** One property: "custom_fields" loads into this object, unknown keys and nulls are ignored. */
+    virtual bool loadVariableFromJson (ExecutionContext& context, juce::StringRef name, const juce::var& value, juce::String* error);
+    juce::var toJson (uint32_t flags = 0) const     { return saveToJson (flags); }
+
     /** A 64-bit hash of what the object saves, transient variables included and owned objects by identifier. */
     uint64_t computeHash() const;
 

@@ -27,7 +27,7 @@ bool ObjectImporter::load (Object& object)
     if (state.getUniqueIdentifier().isNotNull() && object.getUniqueIdentifier().isNull())
         object.setUniqueIdentifier (state.getUniqueIdentifier());
 
-    if (Class* stateClass = state.getClass())
+    if (Class* stateClass = state.getCompatibilityClass())
     {
         if (Class* objectClass = object.getClassWithoutLookUp())
         {
@@ -231,8 +231,11 @@ Object* ObjectImporter::createPointedObject (Object* parent, Class* expectedClas
 {
     State& state = *getCurrentState();
     Class* stateClass = nullptr;
-    if (state.getClassExpression() != nullptr)
+    if (auto* translated = State::getCompatibilityClassExpression (state))
     {
+        // The node takes the translated name, so that its class is looked up once.
+        if (translated != state.getClassExpression())
+            state.setClassExpression (translated);
         juce::String reason;
         stateClass = state.getClass (&reason);
         if (stateClass == nullptr)

@@ -2,6 +2,7 @@
 #include "ClassExpression.h"
 #include "Class.h"
 #include "ClassRegistry.h"
+#include "ClassExpressionTranslation.h"
 #include "StateCloner.h"
 #include "StateValueText.h"
 #include <lz4.h>
@@ -114,6 +115,7 @@ void State::setClassExpression (const ClassExpression* expression) noexcept
 {
     classExpression = expression;
     classOfNode.store (nullptr, std::memory_order_relaxed);
+    compatibilityClassOfNode.store (nullptr, std::memory_order_relaxed);
 }
 
 void State::setAtomicClassExpression (const juce::String& className)
@@ -227,19 +229,51 @@ Class* State::getClass (juce::String* error) const
     return resolved;
 }
 
-Class* State::getClassValue (bool /*compatibility*/) const
+Class* State::getClassValue (bool compatibility) const
 {
-    if (auto* cached = classOfValue.load (std::memory_order_acquire))
-        return cached;
     if (type != StateType::classExpressionType || payload.classExpression == nullptr)
         return nullptr;
     auto* registry = ClassRegistry::getInstanceIfExists();
     if (registry == nullptr)
         return nullptr;
     juce::String discarded;
-    auto* resolved = registry->resolve (payload.classExpression, &discarded);
+    if (! compatibility)
+        return registry->resolve (payload.classExpression, &discarded);
+    if (auto* cached = classOfValue.load (std::memory_order_acquire))
+        return cached;
+    auto* resolved = registry->resolve (translateClassExpression (payload.classExpression, nullptr), &discarded);
     if (resolved != nullptr)
         classOfValue.store (resolved, std::memory_order_release);
+    return resolved;
+}
+
+const ClassExpression* State::getCompatibilityClassExpression (const State& state)
+{
+    if (state.classExpression == nullptr)
+        return nullptr;
+    // The one rule that writes adds a variable to a node that is being read in: see translateClassExpression.
+    return translateClassExpression (state.classExpression, const_cast<State*> (&state));
+}
+
+Class* State::getCompatibilityClass (juce::String* error) const
+{
+    if (error != nullptr)
+        error->clear();
+    if (auto* cached = compatibilityClassOfNode.load (std::memory_order_acquire))
+        return cached;
+    auto* expression = getCompatibilityClassExpression (*this);
+    if (expression == nullptr)
+    {
+        if (error != nullptr)
+            *error = "no class expression";
+        return nullptr;
+    }
+    auto* registry = ClassRegistry::getInstanceIfExists();
+    if (registry == nullptr)
+        return nullptr;
+    auto* resolved = registry->resolve (expression, error);
+    if (resolved != nullptr)
+        compatibilityClassOfNode.store (resolved, std::memory_order_release);
     return resolved;
 }
 

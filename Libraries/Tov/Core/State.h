@@ -155,7 +155,13 @@ public:
     //==============================================================================
     // Classes
     Class* getClass (juce::String* error = nullptr) const;
+    /** With compatibility, the class value after the renames of old files (CompatibilityTable.h). */
     Class* getClassValue (bool compatibility = true) const;
+    /** The node's class after the renames of old files; cached in the node once found. */
+    Class* getCompatibilityClass (juce::String* error = nullptr) const;
+    /** Null without a class expression; otherwise its translation, which may read the node's
+        variables and, for one old class, add one. */
+    static const ClassExpression* getCompatibilityClassExpression (const State& state);
     std::vector<Class*> getClassVector() const;
 
     /** On a mismatch sets error to "Wrong type: expected X, found Y (in ...)". */
@@ -271,6 +277,7 @@ private:
     // stores.
     mutable std::atomic<Class*> classOfValue { nullptr };
     mutable std::atomic<Class*> classOfNode { nullptr };
+    mutable std::atomic<Class*> compatibilityClassOfNode { nullptr };
 
     union Payload
     {

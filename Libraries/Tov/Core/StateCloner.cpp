@@ -43,6 +43,7 @@ std::shared_ptr<State> StateCloner::cloneRecursively (const State& node) const
     copy.classExpression = node.classExpression;
     copy.classOfValue.store (node.classOfValue.load (std::memory_order_acquire), std::memory_order_relaxed);
     copy.classOfNode.store (node.classOfNode.load (std::memory_order_acquire), std::memory_order_relaxed);
+    copy.compatibilityClassOfNode.store (node.compatibilityClassOfNode.load (std::memory_order_acquire), std::memory_order_relaxed);
     copy.uniqueIdentifier = node.uniqueIdentifier.isNull() ? UniqueIdentifier() : node.uniqueIdentifier ^ mask;
     copy.versionNumber = node.versionNumber;
 

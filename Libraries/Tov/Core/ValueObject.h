@@ -28,6 +28,8 @@ struct ValueTraits<bool>
     static juce::String toString (bool value)                        { return value ? "true" : "false"; }
     static void save (ObjectExporter& exporter, bool value)          { exporter.writeBoolean (value); }
     static bool load (ObjectImporter& importer, bool& value)         { return importer.readBoolean (value); }
+    static juce::var toJson (bool value)                             { return value; }
+    static bool fromJson (const juce::var& json)                     { return (bool) json; }
 };
 
 template <>
@@ -37,6 +39,8 @@ struct ValueTraits<int64_t>
     static juce::String toString (int64_t value)                     { return juce::String (value); }
     static void save (ObjectExporter& exporter, int64_t value)       { exporter.writeInteger (value); }
     static bool load (ObjectImporter& importer, int64_t& value)      { return importer.readInteger (value); }
+    static juce::var toJson (int64_t value)                          { return (juce::int64) value; }
+    static int64_t fromJson (const juce::var& json)                  { return (juce::int64) json; }
 };
 
 template <>
@@ -47,6 +51,8 @@ struct ValueTraits<double>
     static juce::String toString (double value)                      { return juce::String (value); }
     static void save (ObjectExporter& exporter, double value)        { exporter.writeReal (value); }
     static bool load (ObjectImporter& importer, double& value)       { return importer.readReal (value); }
+    static juce::var toJson (double value)                           { return value; }
+    static double fromJson (const juce::var& json)                   { return (double) json; }
 };
 
 template <>
@@ -56,6 +62,8 @@ struct ValueTraits<juce::String>
     static juce::String toString (const juce::String& value)                 { return value; }
     static void save (ObjectExporter& exporter, const juce::String& value)   { exporter.writeString (value); }
     static bool load (ObjectImporter& importer, juce::String& value)         { return importer.readString (value); }
+    static juce::var toJson (const juce::String& value)                      { return value; }
+    static juce::String fromJson (const juce::var& json)                     { return json.toString(); }
 };
 
 template <>
@@ -74,6 +82,14 @@ struct HasStateForm : std::false_type {};
 
 template <class T>
 struct HasStateForm<T, std::void_t<decltype (ValueTraits<T>::save (std::declval<ObjectExporter&>(), std::declval<const T&>()))>>
+    : std::true_type {};
+
+/** True when ValueTraits<T> converts T to and from a juce::var. */
+template <class T, class = void>
+struct HasJsonForm : std::false_type {};
+
+template <class T>
+struct HasJsonForm<T, std::void_t<decltype (ValueTraits<T>::fromJson (std::declval<const juce::var&>()))>>
     : std::true_type {};
 
 //==============================================================================
@@ -158,6 +174,29 @@ public:
         else
         {
             return Base::load (importer);
+        }
+    }
+
+    /** The value itself for the types that a juce::var holds; the variables' object otherwise. */
+    juce::var saveToJson (uint32_t flags) const override
+    {
+        if constexpr (HasJsonForm<T>::value)
+            return ValueTraits<T>::toJson (value);
+        else
+            return Base::saveToJson (flags);
+    }
+
+    /** Converts whatever the var holds and sets it with notification; never fails. */
+    bool loadFromJson (ExecutionContext& context, const juce::var& json) override
+    {
+        if constexpr (HasJsonForm<T>::value)
+        {
+            set (ValueTraits<T>::fromJson (json));
+            return true;
+        }
+        else
+        {
+            return Base::loadFromJson (context, json);
         }
     }
 

@@ -32,4 +32,15 @@ bool NativeHandle::load (ObjectImporter& importer)
     return true;
 }
 
+juce::var NativeHandle::saveToJson (uint32_t) const
+{
+    return juce::String::toHexString ((juce::int64) value);
+}
+
+bool NativeHandle::loadFromJson (ExecutionContext&, const juce::var& json)
+{
+    set ((uint64_t) json.toString().getHexValue64());
+    return true;
+}
+
 } // namespace tov

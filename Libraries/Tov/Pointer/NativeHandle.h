@@ -19,6 +19,9 @@ public:
     void copyTo (Object& target) const override;
     void save (ObjectExporter& exporter) const override;
     bool load (ObjectImporter& importer) override;
+    /** The hexadecimal text, as saved in States. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 };
 
 } // namespace tov

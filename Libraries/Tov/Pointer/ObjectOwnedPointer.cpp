@@ -1,4 +1,6 @@
 #include "ObjectOwnedPointer.h"
+#include "../Standard/ExecutionContext.h"
+#include "../Core/Json.h"
 #include "../Core/ClassRegistry.h"
 #include "../Core/ObjectExporter.h"
 #include "../Core/ObjectImporter.h"
@@ -157,7 +159,7 @@ bool ObjectOwnedPointer::loadIntoExistingObject (ObjectImporter& importer)
     if (embedded == nullptr || embedded->getUniqueIdentifier().isNotNull())
         return false;
     // A state that names no class holds an object of the target class, as loading it anew would make.
-    Class* embeddedClass = embedded->getClassExpression() != nullptr ? embedded->getClass() : getTargetClass();
+    Class* embeddedClass = embedded->getClassExpression() != nullptr ? embedded->getCompatibilityClass() : getTargetClass();
     if (embeddedClass != object->getClass())
         return false;
     importer.enter (embedded);
@@ -220,6 +222,34 @@ bool OwnedPointerIsReset::doesAcceptObject (Object* candidate)
 {
     auto* pointer = dynamic_cast<ObjectOwnedPointer*> (candidate);
     return pointer != nullptr && pointer->get() == nullptr;
+}
+
+//==============================================================================
+juce::var ObjectOwnedPointer::saveToJson (uint32_t flags) const
+{
+    return saveObjectToJsonWithClass (object, getTargetClass(), flags);
+}
+
+// An object of the class the value asks for loads in place and keeps its identity.
+bool ObjectOwnedPointer::loadFromJson (ExecutionContext& context, const juce::var& value)
+{
+    if (value.isVoid())
+    {
+        reset();
+        return true;
+    }
+    juce::var content;
+    if (object != nullptr && getJsonObjectClass (value, getTargetClass(), content) == object->getClass())
+        return loadObjectFromJson (content, *object);
+    juce::String error;
+    Object* created = createObjectFromJsonWithClass (value, getTargetClass(), nullptr, &error);
+    if (created == nullptr)
+    {
+        context.error (error);
+        return false;
+    }
+    set (created);
+    return true;
 }
 
 } // namespace tov

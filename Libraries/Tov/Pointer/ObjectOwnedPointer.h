@@ -57,6 +57,10 @@ public:
     juce::String toString() const override;
     void save (ObjectExporter& exporter) const override;
     bool load (ObjectImporter& importer) override;
+    /** The pointed object's JSON, wrapped as {"class", "value"} when its class is not the target class;
+        void when empty. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
     void initializeObject() override;
     void deinitializeObject() override;
     void markObjectsAsBeingDestroyed() override;

@@ -12,12 +12,18 @@ void NativeFile::save (ObjectExporter& exporter) const
     exporter.writeString (value.getFullPathName());
 }
 
+// A relative path counts from the working directory; an empty one is no file.
+static juce::File fileFromPath (const juce::String& path)
+{
+    return path.isEmpty() ? juce::File() : juce::File::getCurrentWorkingDirectory().getChildFile (path);
+}
+
 bool NativeFile::load (ObjectImporter& importer)
 {
     juce::String path;
     if (! importer.readString (path))
         return false;
-    set (path.isEmpty() ? juce::File() : juce::File::getCurrentWorkingDirectory().getChildFile (path));
+    set (fileFromPath (path));
     return true;
 }
 
@@ -158,6 +164,17 @@ bool NativeFile::isChildOfGlobalApplicationsDirectory (const juce::File& file)
         if (file.isAChildOf (directory))
             return true;
     return false;
+}
+
+juce::var NativeFile::saveToJson (uint32_t) const
+{
+    return toString();
+}
+
+bool NativeFile::loadFromJson (ExecutionContext&, const juce::var& json)
+{
+    set (fileFromPath (json.toString()));
+    return true;
 }
 
 } // namespace tov

@@ -34,6 +34,9 @@ public:
     juce::String toString() const override                { return value.getFullPathName(); }
     void save (ObjectExporter& exporter) const override;
     bool load (ObjectImporter& importer) override;
+    /** The full path. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 
     //==============================================================================
     /** The extension of the last name of a path, with its dot, as juce::File gives it: "" for none. */

@@ -20,4 +20,15 @@ bool Time::load (ObjectImporter& importer)
     return true;
 }
 
+juce::var Time::saveToJson (uint32_t) const
+{
+    return value.toISO8601 (true);
+}
+
+bool Time::loadFromJson (ExecutionContext&, const juce::var& json)
+{
+    set (juce::Time::fromISO8601 (json.toString()));
+    return true;
+}
+
 } // namespace tov

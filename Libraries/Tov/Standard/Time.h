@@ -30,6 +30,9 @@ public:
 
     void save (ObjectExporter& exporter) const override;
     bool load (ObjectImporter& importer) override;
+    /** ISO 8601 text with milliseconds; loads from the same form. */
+    juce::var saveToJson (uint32_t flags) const override;
+    bool loadFromJson (ExecutionContext& context, const juce::var& value) override;
 };
 
 } // namespace tov
