@@ -79,7 +79,7 @@ run_main() {
     scratch=$(mktemp -d)
     HOME="$scratch" ./build/Examples/StudioExample session --profiler=Unreal --profilerMode=file 2>/dev/null
     echo "== tov-trace summary of the session's trace (the editor's scopes)"
-    ./build/Tools/tov-trace summary "$scratch"/.config/StudioExample/traces/*.utrace | grep -E "^(Scopes|  (Editor|EditAndUndo|RenderFrame|SaveAndReload|UpdateOutputMirrorer) )" || true
+    ./build/Tools/tov-trace summary "$scratch"/.config/StudioExample/traces/*.utrace | grep -E '^(scopes |  "(EditAndUndo|RenderFrame|SaveAndReload|UpdateOutputMirrorer Scene)")'
     rm -rf "$scratch"
     echo "== tov-state check $documents/*"
     "$tool" check "$documents"/*.txt "$documents"/*.configuration && echo "all documents parse"

@@ -29,10 +29,11 @@ protected:
 
     /** Runs a session to its end: its exit code, and its own lines (debug output left out) in
         lines, with what changes from run to run replaced by names in angle brackets. */
-    int runSession (std::vector<std::string>& lines)
+    int runSession (std::vector<std::string>& lines, const juce::StringArray& options = {})
     {
-        TestProcess session ({ TOV_STUDIO_EXAMPLE_PATH, "session", juce::String (findFreePort()) },
-                             { { "HOME", home.getFullPathName() } });
+        juce::StringArray arguments { TOV_STUDIO_EXAMPLE_PATH, "session", juce::String (findFreePort()) };
+        arguments.addArray (options);
+        TestProcess session (arguments, { { "HOME", home.getFullPathName() } });
         const int exitCode = session.waitForExit (120000);
         std::istringstream output (session.getOutput());
         for (std::string line; std::getline (output, line);)
@@ -109,4 +110,18 @@ TEST_F (StudioExampleTest, TheSessionLeavesItsConfigurationLogsAndSceneAndCounts
     EXPECT_EQ (numProgramLogs, 2);
     EXPECT_EQ (numEditorLogs, 2);
     EXPECT_EQ (home.getChildFile (".config/StudioViewer/logs").getNumberOfChildFiles (juce::File::findFiles, "StudioViewer main Program *.txt"), 2);
+}
+
+TEST_F (StudioExampleTest, ATracedSessionLeavesATraceOfItsStepsThatTovTraceReads)
+{
+    std::vector<std::string> lines;
+    ASSERT_EQ (runSession (lines, { "--profiler=Unreal", "--profilerMode=file" }), 0);
+    const auto traces = programData.getChildFile ("traces").findChildFiles (juce::File::findFiles, false, "*.utrace");
+    ASSERT_EQ (traces.size(), 1);
+    EXPECT_TRUE (traces[0].getFileName().startsWith ("StudioExample main Trace ")) << traces[0].getFileName();
+
+    TestProcess summary ({ TOV_TRACE_TOOL_PATH, "summary", traces[0].getFullPathName() }, {});
+    ASSERT_EQ (summary.waitForExit (60000), 0) << summary.getOutput();
+    for (const auto* expected : { "  \"EditAndUndo\" count=1 ", "  \"RenderFrame\" count=100 ", "  \"SaveAndReload\" count=1 " })
+        EXPECT_NE (summary.getOutput().find (expected), std::string::npos) << expected << "\n" << summary.getOutput();
 }

@@ -11,9 +11,13 @@ void Program::assertionReport (const juce::String& message, bool showDialog, boo
     else
         juce::Logger::outputDebugString (message);
 
+   #if JUCE_MODULE_AVAILABLE_juce_gui_basics   // builds of the library without windows (the fuzzers') show none
     // Without a display the dialog would crash or end the process before the crash below.
     if (showDialog && hasDisplay() && ! juce::Desktop::getInstance().getDisplays().displays.isEmpty())
         juce::AlertWindow::showMessageBox (juce::MessageBoxIconType::WarningIcon, "TOV_ASSERT", message);
+   #else
+    juce::ignoreUnused (showDialog);
+   #endif
 
     if (crash)
         ExceptionFilter::crashDeliberately();
