@@ -77,7 +77,7 @@ run_main() {
     run_mirroring_example
     echo "== StudioExample: a scripted session of an editor process and the viewer process it starts, traced"
     scratch=$(mktemp -d)
-    HOME="$scratch" ./build/Examples/StudioExample session --profiler=Unreal --profilerMode=file 2>/dev/null
+    HOME="$scratch" ./build/Examples/Studio/StudioExample session --profiler=Unreal --profilerMode=file 2>/dev/null
     echo "== tov-trace summary of the session's trace (the editor's scopes)"
     ./build/Tools/tov-trace summary "$scratch"/.config/StudioExample/traces/*.utrace | grep -E '^(scopes |  "(EditAndUndo|RenderFrame|SaveAndReload|UpdateOutputMirrorer Scene)")'
     rm -rf "$scratch"
