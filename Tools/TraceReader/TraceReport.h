@@ -13,7 +13,7 @@ namespace tov
 
     Scopes come from the batches of the "CpuProfiler" "EventBatch" events: variable-length
     integers, 7 bits a byte, low bits first; an odd value enters a scope (the cycles since the
-    batch's last value, times 2, plus 1, then the spec id), an even one leaves the innermost.
+    batch's last value, times 2, plus 1, then the id of its "EventSpec"), an even one leaves the innermost.
     The names are those of the "EventSpec" events; times are cycles over the "CycleFrequency"
     of "NewTrace".
 */

@@ -23,7 +23,7 @@ struct TemporaryTrace
     std::vector<uint8_t> read() const                                          { return readStream (file); }
 };
 
-/** Scopes of spec 7 on the calling thread, written at once. */
+/** Scopes described by event 7 on the calling thread, written at once. */
 void writeScopes (TraceWriter& writer, int numScopes)
 {
     writer.setChannelEnabled (TraceWriter::Channel::cpu, true);
@@ -239,8 +239,10 @@ TEST (TraceWriterTest, TheWorkerThreadRunsOnlyWhileTheWriterLives)
     };
     const auto waitFor = [&] (bool running)
     {
-        for (int i = 0; i < 1000 && isWorkerRunning() != running; ++i)
-            juce::Thread::sleep (5);
+        // The thread's name appears in /proc once it runs: polled, with a time-out of 5 s.
+        const auto deadline = juce::Time::getMillisecondCounter() + 5000;
+        while (isWorkerRunning() != running && juce::Time::getMillisecondCounter() < deadline)
+            std::this_thread::yield();
         return isWorkerRunning() == running;
     };
     EXPECT_TRUE (waitFor (false));
@@ -263,7 +265,7 @@ TEST (TraceWriterTest, ThreadsThatEndWriteTheirLastScopesAndEachHasItsId)
         for (uint32_t t = 0; t < 3; ++t)
             threads.emplace_back ([&writer, t]
             {
-                // As UnrealProfiler does: the spec of each scope, then the scope.
+                // As UnrealProfiler does: the description of each scope ("EventSpec"), then the scope.
                 uint8_t specId[4] = { (uint8_t) (t + 1), 0, 0, 0 };
                 const std::string name = "Thread" + std::to_string (t);
                 for (uint32_t i = 0; i < 1000; ++i)

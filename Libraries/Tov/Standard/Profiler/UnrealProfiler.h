@@ -16,7 +16,7 @@ namespace tov
     remain. When the file or the connection cannot be made, the profiler stays installed and
     writes nothing: its channels stay disabled.
 
-    Each scope writes the spec of its name anew ("EventSpec", with a new id), then enters the
+    Each scope writes the description of its name anew ("EventSpec", with a new id), then enters the
     scope in its thread's batch; so the stream grows with every scope, not only with new names.
 */
 class UnrealProfiler : public StackEventProfiler<UnrealEvent>

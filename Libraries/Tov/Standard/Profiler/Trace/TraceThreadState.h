@@ -11,7 +11,7 @@ namespace tov
     thread writes at the newest, the worker sends from the oldest) and its batch of scopes.
 
     Scopes are gathered in the batch as variable-length integers: an enter is the cycles since
-    the last one written, times 2, plus 1, then the spec id; a leave the cycles since, times 2.
+    the last one written, times 2, plus 1, then the id of its "EventSpec"; a leave the cycles since, times 2.
     A full batch becomes one event.
 */
 struct TraceThreadState
