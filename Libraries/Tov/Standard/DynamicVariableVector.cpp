@@ -83,10 +83,9 @@ std::shared_ptr<State> DynamicVariableVector::upgradeElement (const State& eleme
         return nullptr;
 
     auto inner = std::make_shared<State> (*value->getOwnedPointer());
-    auto argument = std::make_shared<State>();
-    argument->setClassExpressionValue (inner->getClassExpression());
+    // The one argument, "value", given by position: interned as "DynamicVariable(T)" is.
     auto arguments = std::make_shared<State>();
-    arguments->addVariable ("value", argument);
+    arguments->setClassExpressionValue (inner->getClassExpression());
 
     auto upgraded = std::make_shared<State> (*record);
     upgraded->setClassExpression (createTemplateClassExpression ("DynamicVariable", arguments));
