@@ -59,7 +59,6 @@ TEST_F (DynamicVariableTest, TheGeneratedClassHoldsAValueOfItsParameter)
     EXPECT_EQ (variable.getValueClass(), &Real::staticClass);
     EXPECT_EQ (variable.getValue()->getClass(), &Real::staticClass);
     EXPECT_EQ (variable.getDynamicVariableSignature().getVariableClass(), &Real::staticClass);
-    EXPECT_EQ (variable.target.getTargetClass(), &Real::staticClass);
     EXPECT_EQ (variable.getValue()->getParent(), &variable);
 }
 

@@ -1,6 +1,5 @@
 #include "Attachable.h"
 #include "../Container/ObjectOwnedVector.h"
-#include "../Core/ClassRegistry.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include <set>
 
@@ -178,14 +177,5 @@ void Attachable::variableChangedCallback (Object* variable, Object* changedObjec
     Object::variableChangedCallback (variable, changedObject);
 }
 
-void Attachable::setClass (Class* newClass)
-{
-    Object::setClass (newClass);
-    if (newClass == nullptr)
-        return;
-    auto* targetClass = newClass->getClassAttribute ("target", &Object::staticClass);
-    if (targetClass != &Object::staticClass)
-        target.setClass (weakPointerClass (targetClass));
-}
 
 } // namespace tov

@@ -10,8 +10,8 @@ namespace tov
 /** An object that follows one target object and reflects it: an editor control, or anything
     that shows or watches a variable of another object.
 
-    It points at its target through the weak pointer "target" (whose class says what it may hold,
-    after the class attribute "target"), is a view of it, and tells its subclass when the target
+    It points at its target through the weak pointer "target" (the class attribute "target" says
+    what it may hold, see areAttachableAndTargetCompatible), is a view of it, and tells its subclass when the target
     changes (targetChanged), when the target's value changes (targetValueChanged) and when the
     target becomes editable or not (targetEditabilityChanged), also because of another object
     on which the editability depends. It changes its target through its accessor.
@@ -89,8 +89,6 @@ public:
     void changedCallback (Object* object, Object* changedObject) override;
     /** A change of the pointer "target" is a change of target. */
     void variableChangedCallback (Object* variable, Object* changedObject) override;
-    /** The pointer "target" takes the class attribute "target". */
-    void setClass (Class* newClass) override;
 
 private:
     WeakPointer<Accessor> accessor;

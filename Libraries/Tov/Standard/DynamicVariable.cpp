@@ -121,8 +121,6 @@ void DynamicVariable::setClass (Class* newClass)
         return;
     value.initializeHolder (getValueClass(), this);
     dynamicVariableSignature.variableClass.set (getValueClass(), false);
-    if (getExpectedTargetVariableClass() != &Object::staticClass)
-        target.setClass (weakPointerClass (getExpectedTargetVariableClass()));
     cachedVariableSignature.setName ({});
 }
 
