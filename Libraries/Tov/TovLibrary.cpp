@@ -61,6 +61,9 @@
 #include "Standard/FrameSidesLink.h"
 #include "Standard/GammaCorrection.h"
 #include "Standard/HierarchicalSelectionClassGenerator.h"
+#include "Standard/Attachable.h"
+#include "Standard/DynamicVariableClassGenerator.h"
+#include "Standard/DynamicVariableVector.h"
 #include "Standard/Justification.h"
 #include "Standard/Orientation.h"
 #include "Standard/PixelRectangle.h"
@@ -302,6 +305,7 @@ Library* createTovStandardLibrary()
     library->addClass<StateObject>();
     library->addClass<Accessor>();
     library->addClass<SelectionAccessor>();
+    library->addClass<Attachable>();
     library->addClass<EventCounter>();
     library->addClass<Rational>();
     library->addClass<Seed>();
@@ -336,6 +340,10 @@ Library* createTovStandardLibrary()
     library->addClass<ProgramMethod>();
     library->addClass<Program>();
     library->addClass<ProgramGetSoftwareVersionMethod>();
+    library->addClass<DynamicVariableSignature>();
+    library->addClass<DynamicVariable>();
+    library->addClassGenerator ("DynamicVariable", new DynamicVariableClassGenerator());
+    library->addClass<DynamicVariableVector>();
     library->addClass<TextAttribute>();
     library->addClass<AttributedString>();
     library->addClass<NativeFile>();

@@ -10,6 +10,7 @@
 #include "ObjectConverter.h"
 #include "ObjectConverters.h"
 #include "../Atomic/String.h"
+#include "../Standard/DynamicVariable.h"
 #include "../Container/ObjectOwnedVector.h"
 #include "../Pointer/ObjectOwnedPointer.h"
 #include "../Pointer/ObjectWeakPointer.h"
@@ -673,6 +674,9 @@ Object* Object::getLabelVariable() const
         if (auto* variable = const_cast<Object*> (this)->getVariableByName (labelName))
             if (variable->getClass() != nullptr && variable->getClass()->inheritsFrom (&String::staticClass))
                 return variable;
+    // A dynamic variable's name stands in its signature.
+    if (auto* signature = const_cast<Object*> (this)->getVariableByClass (&DynamicVariableSignature::staticClass))
+        return &static_cast<DynamicVariableSignature*> (signature)->friendlyName;
     return nullptr;
 }
 
@@ -717,6 +721,8 @@ juce::String Object::getAutomaticFriendlyName() const
         if (index >= 0)
             return vector->getObjectFriendlyName ((size_t) index);
     }
+    if (auto* variable = dynamic_cast<const DynamicVariable*> (parent))
+        return variable->getFriendlyName();
     if (auto* signature = getSignature())
         return signature->getFriendlyNameWithCapitals();
     return getClassFriendlyName();
@@ -883,8 +889,17 @@ const Object* Object::getDefaultValue() const
     size_t indices[maxLevels];
     size_t numLevels = 0;
     const Object* top = this;
+    const DynamicVariable* holder = nullptr;
     while (top->hasStaticAllocationFlag() && top->parent != nullptr && numLevels < maxLevels)
     {
+        // A dynamic variable's value counts against the variable's own default, its signature
+        // against the signature class's.
+        auto* variable = dynamic_cast<const DynamicVariable*> (top->parent);
+        if (variable != nullptr && (top == variable->getValue() || top == &variable->dynamicVariableSignature))
+        {
+            holder = top == variable->getValue() ? variable : nullptr;
+            break;
+        }
         const int index = top->parent->findVariable (top);
         if (index < 0)
             break;
@@ -893,7 +908,9 @@ const Object* Object::getDefaultValue() const
     }
 
     auto* topClass = top->getClass();
-    const Object* result = topClass != nullptr ? topClass->getDefaultObject() : nullptr;
+    const Object* result = holder != nullptr ? holder->getDefaultValueObject() : nullptr;
+    if (result == nullptr && topClass != nullptr)
+        result = topClass->getDefaultObject();
     for (size_t i = numLevels; i > 0 && result != nullptr; --i)
         result = result->getVariable (indices[i - 1]);
 

@@ -4,12 +4,21 @@
 #include "../Message/Transaction/ScopedVolatileTransaction.h"
 #include "../Core/ObjectConverters.h"
 #include "ExecutionContext.h"
+#include "Service.h"
 
 namespace tov
 {
 
 TOV_BEGIN_CLASS (Accessor)
 TOV_END_CLASS()
+
+Accessor* Accessor::getAccessor (Object& object)
+{
+    if (auto* own = object.getContextVariableByNameAndClass ("accessor", &Accessor::staticClass))
+        return static_cast<Accessor*> (own);
+    auto* service = Service::getCurrentService();
+    return service != nullptr ? &service->getDefaultAccessor() : nullptr;
+}
 
 TemporalTransaction* Accessor::createTemporalTransaction (Object&) const
 {

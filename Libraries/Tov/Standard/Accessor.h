@@ -16,6 +16,11 @@ class Accessor : public Object
 public:
     TOV_DECLARE_CLASS (Accessor, Object)
 
+    /** The accessor that edits the object: the variable "accessor" of the object or of its
+        nearest owner with one, else the one that the current service owns; null outside any
+        service. */
+    static Accessor* getAccessor (Object& object);
+
     /** A new DefaultTemporalTransaction, for a preview of the target's value. */
     virtual TemporalTransaction* createTemporalTransaction (Object& target) const;
 

@@ -2,6 +2,7 @@
 
 #include "../Atomic/AsyncTriggerManager.h"
 #include "../Atomic/NameableObject.h"
+#include "Accessor.h"
 #include "ExecutionContext.h"
 #include "RandomGenerator.h"
 #include "SuccessStatus.h"
@@ -83,6 +84,9 @@ public:
 
     AsyncTriggerManager& getAsyncTriggerManager() noexcept              { return asyncTriggerManager; }
     const AsyncTriggerManager& getAsyncTriggerManager() const noexcept  { return asyncTriggerManager; }
+    /** The accessor of code that has none of its own (see Accessor::getAccessor). */
+    Accessor& getDefaultAccessor() noexcept             { return defaultAccessor; }
+    const Accessor& getDefaultAccessor() const noexcept { return defaultAccessor; }
     /** How the service is doing; services that wait for this one report it when it stops. */
     SuccessStatus& getStatus() noexcept                 { return status; }
     const SuccessStatus& getStatus() const noexcept     { return status; }
@@ -138,6 +142,7 @@ private:
     bool insideBypassTransaction = false;
     AsyncTriggerManager asyncTriggerManager;
     std::unique_ptr<InternalJuceThread> thread;
+    Accessor defaultAccessor;
     bool entered = false;
     bool insideUpdateUntilLoop = false;
 

@@ -1,0 +1,12 @@
+#include "ParentDeletionWatcher.h"
+
+namespace tov
+{
+
+void ParentDeletionWatcher::deletedCallback (Object*)
+{
+    if (object != nullptr)
+        object->setParent (nullptr);
+}
+
+} // namespace tov

@@ -1,0 +1,12 @@
+#include "ViewVariableDependenciesDeclarator.h"
+
+namespace tov
+{
+
+void ViewVariableDependenciesDeclarator::add (Object* object)
+{
+    if (object != nullptr)
+        attachObject (object);
+}
+
+} // namespace tov
