@@ -57,13 +57,6 @@ struct Command
 };
 
 //==============================================================================
-juce::MemoryBlock readAll (juce::InputStream& input)
-{
-    juce::MemoryBlock block;
-    input.readIntoMemoryBlock (block);
-    return block;
-}
-
 juce::MemoryBlock readStandardInput()
 {
     juce::MemoryBlock block;

@@ -34,8 +34,6 @@ public:
     };
 
     const std::vector<Scope>& getScopes() const noexcept            { return scopes; }
-    /** Enters that no leave matched, by thread. */
-    size_t getNumOpenScopes() const noexcept                        { return numOpenScopes; }
     std::string getSpecName (uint32_t specId) const;
 
 private:
@@ -61,6 +59,7 @@ private:
     std::map<uint16_t, Thread> threads;
     std::map<uint16_t, Counter> counters;
     std::vector<Scope> scopes;
+    // numOpenScopes: enters that no leave matched, summed over the threads.
     size_t numOpenScopes = 0, numBeginFrames = 0, numEndFrames = 0, numBatchErrors = 0;
 
     void readImportantEvents();

@@ -139,7 +139,6 @@ bool TraceStreamReader::readTypes (const std::vector<uint8_t>& payload)
             type.fields.push_back (std::move (field));
         }
         types[type.uid] = std::move (type);
-        ++numTypeRecords;
         position += recordSize + 4;
     }
     return true;

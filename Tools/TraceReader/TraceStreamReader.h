@@ -80,7 +80,6 @@ public:
     const std::map<uint16_t, EventType>& getTypes() const noexcept      { return types; }
     const std::vector<Event>& getImportantEvents() const noexcept       { return importantEvents; }
     const std::map<uint16_t, std::vector<Event>>& getThreadEvents() const noexcept  { return threadEvents; }
-    size_t getNumTypeRecords() const noexcept                           { return numTypeRecords; }
 
     const EventType* findType (uint16_t uid) const;
 
@@ -100,7 +99,6 @@ private:
     std::map<uint16_t, EventType> types;
     std::vector<Event> importantEvents;
     std::map<uint16_t, std::vector<Event>> threadEvents;
-    size_t numTypeRecords = 0;
 
     bool fail (const std::string& reason);
     bool readHandshake (const uint8_t* data, size_t size);

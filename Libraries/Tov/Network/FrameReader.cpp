@@ -1,4 +1,5 @@
 #include "FrameReader.h"
+#include "../Core/LittleEndian.h"
 
 namespace tov
 {
@@ -80,12 +81,9 @@ void FrameReader::deliver (const BlockCallback& blockReceived)
 
 void FrameReader::writeHeader (juce::uint32 magic, juce::uint32 size, void* destination) noexcept
 {
-    auto* bytes = static_cast<juce::uint8*> (destination);
-    for (int i = 0; i < 4; ++i)
-    {
-        bytes[i] = (juce::uint8) (magic >> (8 * i));
-        bytes[4 + i] = (juce::uint8) (size >> (8 * i));
-    }
+    auto* bytes = static_cast<uint8_t*> (destination);
+    writeLittleEndian<uint32_t> (bytes, magic);
+    writeLittleEndian<uint32_t> (bytes + 4, size);
 }
 
 } // namespace tov

@@ -43,7 +43,6 @@ public:
 
     /** Some bytes of an unfinished frame are held. */
     bool isInsideFrame() const noexcept             { return headerBytes > 0; }
-    Result getResult() const noexcept               { return result; }
     /** The bytes set aside for the block being read. */
     size_t getRoomHeld() const noexcept             { return block.getSize(); }
 

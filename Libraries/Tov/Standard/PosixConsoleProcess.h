@@ -25,9 +25,6 @@ public:
     void closeInput() override;
     int waitForExit (int timeOutMilliseconds) override;
 
-    /** A descriptor that becomes readable when the child ends; -1 when the process did not start. */
-    int getProcessHandle() const noexcept                   { return processHandle; }
-
     /** The command that the shell runs: the executable in double quotes, then a blank and the
         arguments when there are any, after "exec", so that the shell becomes the program and
         the process id is the program's. */

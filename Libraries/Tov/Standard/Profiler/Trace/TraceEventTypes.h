@@ -43,7 +43,7 @@ struct TraceEventType
     uint16_t fixedSize;
     std::vector<TraceField> fields;
 
-    bool isImportant() const noexcept           { return (flags & important) != 0; }
+    bool hasAuxiliary() const noexcept          { return (flags & hasAuxiliaryData) != 0; }
     bool isNoSync() const noexcept              { return (flags & noSync) != 0; }
 
     static const TraceEventType& get (TraceEventKind kind) noexcept;

@@ -18,7 +18,6 @@ struct TracePacket
     static constexpr uint16_t importantEventsThreadId = 1;
     static constexpr uint16_t firstThreadId = 2;
     static constexpr uint16_t syncThreadId = 0x3fff;
-    static constexpr size_t handshakeSize = 12;
 
     static std::vector<uint8_t> make (uint16_t threadId, const uint8_t* payload, size_t size);
     static std::vector<uint8_t> makeSync();

@@ -145,7 +145,7 @@ void TraceWriter::writeImportant (TraceEventKind kind, const uint8_t* fixed, con
     if (uid == 0)
         return;
     const auto& type = TraceEventType::get (kind);
-    const bool hasAuxiliary = (type.flags & TraceEventType::hasAuxiliaryData) != 0;
+    const bool hasAuxiliary = type.hasAuxiliary();
     const size_t bodySize = type.fixedSize + (hasAuxiliary ? 4 + auxiliarySize + 1 : 0);
     const size_t size = 4 + bodySize;
 
@@ -193,7 +193,7 @@ void TraceWriter::writeToThread (TraceThreadState& state, TraceEventKind kind, c
         event[4] = (uint8_t) (serialOfEvent >> 16);
     }
     std::memcpy (event + headerSize, fixed, type.fixedSize);
-    if ((type.flags & TraceEventType::hasAuxiliaryData) != 0)
+    if (type.hasAuxiliary())
         writeAuxiliaryPieces (state, getAuxiliaryFieldIndex (type), static_cast<const uint8_t*> (auxiliary), auxiliarySize);
     state.current->commit();
 }

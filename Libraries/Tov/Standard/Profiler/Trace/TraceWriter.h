@@ -4,6 +4,7 @@
 #include "TraceChannel.h"
 #include "TraceEventTypes.h"
 #include "TraceImportantEvents.h"
+#include "TracePacket.h"
 #include "TraceTail.h"
 #include "TraceThreadState.h"
 #include "TraceTransport.h"
@@ -74,7 +75,6 @@ public:
     void setChannelEnabled (Channel channel, bool shouldBeEnabled);
 
     uint64_t getCycle() const noexcept                  { return options.clock(); }
-    uint64_t getStartCycle() const noexcept             { return startCycle; }
 
     //==============================================================================
     /** From any thread. The fixed part has the type's fixed size; the auxiliary data goes to
@@ -120,7 +120,7 @@ private:
     std::atomic<uint32_t> uidsGivenOut;
     std::atomic<uint32_t> newEventKinds { 0 };  // a bit per kind given a uid since the last tick
     std::atomic<uint32_t> serialNumber { 0 };
-    std::atomic<uint16_t> nextThreadId { 2 };
+    std::atomic<uint16_t> nextThreadId { TracePacket::firstThreadId };
 
     TraceBufferPool bufferPool;
     TraceImportantEvents importantEvents;
