@@ -1,4 +1,5 @@
 #include "TcpSocket.h"
+#include "../Standard/Deadline.h"
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netdb.h>
@@ -40,11 +41,10 @@ namespace
     bool waitForConnect (int handle, int timeOutMs)
     {
         pollfd descriptor { handle, POLLOUT, 0 };
-        const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) juce::jmax (0, timeOutMs);
+        const Deadline deadline (timeOutMs);
         for (;;)
         {
-            const int remaining = (int) (deadline - juce::Time::getMillisecondCounter());
-            const int result = poll (&descriptor, 1, juce::jmax (0, remaining));
+            const int result = poll (&descriptor, 1, deadline.getRemainingMilliseconds());
             if (result > 0)
                 break;
             if (result == 0 || errno != EINTR)

@@ -1,5 +1,6 @@
 #include "ConsoleProcess.h"
 #include "PosixConsoleProcess.h"
+#include "Deadline.h"
 #include "Program.h"
 #include <memory>
 
@@ -27,12 +28,11 @@ void ConsoleProcess::kill()
 juce::String ConsoleProcess::readAllOutput (int timeOutMilliseconds)
 {
     juce::MemoryOutputStream output;
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
+    const Deadline deadline (timeOutMilliseconds);
     char buffer[4096];
     for (;;)
     {
-        const auto now = juce::Time::getMillisecondCounter();
-        const int numRead = readOutput (buffer, (int) sizeof (buffer), now < deadline ? (int) (deadline - now) : 0);
+        const int numRead = readOutput (buffer, (int) sizeof (buffer), deadline.getRemainingMilliseconds());
         if (numRead <= 0)
             break;
         output.write (buffer, (size_t) numRead);

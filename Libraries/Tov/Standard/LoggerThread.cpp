@@ -1,4 +1,5 @@
 #include "LoggerThread.h"
+#include "Deadline.h"
 #include "ExceptionFilter.h"
 #include <pthread.h>
 
@@ -29,7 +30,7 @@ void LoggerThread::enqueue (const juce::File& file, Command command, const juce:
 
 bool LoggerThread::waitUntilDrained (int timeOutMilliseconds)
 {
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) juce::jmax (0, timeOutMilliseconds);
+    const Deadline deadline (timeOutMilliseconds);
     for (;;)
     {
         uint64_t target;
@@ -40,10 +41,10 @@ bool LoggerThread::waitUntilDrained (int timeOutMilliseconds)
         if (numHandledEntries.load() >= target)
             return true;
 
-        const auto now = juce::Time::getMillisecondCounter();
-        if (now >= deadline)
+        const int remaining = deadline.getRemainingMilliseconds();
+        if (remaining == 0)
             return false;
-        drainedEvent.wait ((int) juce::jmin<juce::uint32> (deadline - now, 100));
+        drainedEvent.wait (juce::jmin (remaining, 100));
     }
 }
 
