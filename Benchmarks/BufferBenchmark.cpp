@@ -4,6 +4,7 @@
 // process.
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <Tov/Core/Library.h>
 #include <Tov/Standard/BufferArray.h>
 #include <Tov/Standard/ExecutionContext.h>
@@ -178,9 +179,9 @@ void registerBenchmarks()
     const Function contestants[2][2] = { { saveStateFilePair, saveOneWrite }, { loadStateFilePair, loadOneRead } };
     for (int operation = 0; operation < 2; ++operation)
         for (int contestant = 0; contestant < 2; ++contestant)
-            benchmark::RegisterBenchmark ((std::string (operationNames[operation]) + (contestant == 0 ? "/StateFilePair" : "/OneCall")).c_str(),
-                                          contestants[operation][contestant])
-                ->Iterations (1)->Repetitions (5)->ReportAggregatesOnly (true)->UseRealTime()->Unit (benchmark::kMillisecond);
+            tov::benchmarks::registerRepeated (std::string (operationNames[operation]) + (contestant == 0 ? "/StateFilePair" : "/OneCall"),
+                                               contestants[operation][contestant], 5, benchmark::kMillisecond)
+                ->Iterations (1)->UseRealTime();
 }
 
 void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
@@ -326,10 +327,11 @@ int main (int argc, char** argv)
     if (prepareFiles())
     {
         registerBenchmarks();
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        printRatioTable (reporter);
-        printMemoryTable (argv[0]);
+        tov::benchmarks::runWithMedianReporter ([argv] (const tov::benchmarks::MedianReporter& reporter)
+        {
+            printRatioTable (reporter);
+            printMemoryTable (argv[0]);
+        });
     }
     else
     {
@@ -339,7 +341,6 @@ int main (int argc, char** argv)
     // 512 MB of files: never leave them behind.
     getDirectory().deleteRecursively();
     document->deleteThis();
-    benchmark::Shutdown();
     tov::deinitializeTov();
     return result;
 }

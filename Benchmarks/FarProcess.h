@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BenchmarkProgram.h"
 #include "PacedPeerService.h"
 #include "RandomInterleaving.h"
 #include <juce_events/juce_events.h>
@@ -101,12 +102,13 @@ inline int serveUntilKilled()
 }
 
 /** The whole of main for a benchmark with a far end. Started with the mode argument, this
-    program is the far process: runFar() under a running program of the class. Otherwise it
-    reads Google Benchmark's flags, starts the far process first, then runs runNear (the far
-    port, -1 when it could not start) under a program of its own; its answer, or the program's
-    when it is 0, is the exit code. */
-template <class ProgramClass, class RunFar, class RunNear>
-int runWithFarProcess (int argc, char** argv, const char* modeArgument, RunFar&& runFar, RunNear&& runNear)
+    program is the far process: runFar() under a running program. Otherwise it reads Google
+    Benchmark's flags, starts the far process first, then runs runNear (the far port, -1 when it
+    could not start) under a program of its own; its answer, or the program's when it is 0, is
+    the exit code. Both programs are a BenchmarkProgram of the name and the classes. */
+template <class RunFar, class RunNear>
+int runWithFarProcess (int argc, char** argv, const char* programName, const AddClasses& programClasses,
+                       const char* modeArgument, RunFar&& runFar, RunNear&& runNear)
 {
     const bool farMode = argc == 2 && std::string (argv[1]) == modeArgument;
     if (! farMode && ! initializeWithRandomInterleaving (argc, argv))
@@ -115,7 +117,7 @@ int runWithFarProcess (int argc, char** argv, const char* modeArgument, RunFar&&
     const int farPort = farMode ? 0 : farProcess.start (argv[0], modeArgument);
 
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
-    ProgramClass program;
+    BenchmarkProgram program (programName, programClasses);
     if (! program.startProgram())
         return 1;
     if (farMode)
