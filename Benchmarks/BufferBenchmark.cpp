@@ -7,18 +7,16 @@
 #include "RepeatedBenchmarks.h"
 #include <Tov/Core/Library.h>
 #include <Tov/Standard/BufferArray.h>
+#include <Tov/Standard/ConsoleProcess.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Float32Buffer.h>
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
-
-extern char** environ;
 
 namespace
 {
@@ -237,34 +235,21 @@ int measureInThisProcess (const char* mode, const juce::File& directory)
 /** Runs this program in a measuring mode and reads its two numbers; false on failure. */
 bool measureInFreshProcess (const char* programPath, const char* mode, int64_t& before, int64_t& peak)
 {
-    int pipeEnds[2];
-    if (::pipe (pipeEnds) != 0)
+    // A load of the document takes seconds: the time-out only keeps a stuck child from holding
+    // the run, and such a child is killed.
+    constexpr int timeOutMilliseconds = 600000;
+    const auto arguments = juce::String (mode) + " " + getDirectory().getFullPathName().quoted();
+    std::unique_ptr<tov::ConsoleProcess> child (tov::ConsoleProcess::create (programPath, arguments, {}));
+    if (child == nullptr)
         return false;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init (&actions);
-    posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
-    posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
-    const std::string path = programPath, directory = getDirectory().getFullPathName().toStdString();
-    char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> (mode), const_cast<char*> (directory.c_str()), nullptr };
-    pid_t child = -1;
-    const int spawned = ::posix_spawn (&child, path.c_str(), &actions, nullptr, arguments, environ);
-    posix_spawn_file_actions_destroy (&actions);
-    ::close (pipeEnds[1]);
-
-    std::string output;
-    char chunk[256];
-    ssize_t numRead;
-    while (spawned == 0 && (numRead = ::read (pipeEnds[0], chunk, sizeof (chunk))) > 0)
-        output.append (chunk, (size_t) numRead);
-    ::close (pipeEnds[0]);
-    int status = 1;
-    if (spawned == 0)
-        ::waitpid (child, &status, 0);
+    const auto output = child->readAllOutput (timeOutMilliseconds);
+    const int exitCode = child->waitForExit (timeOutMilliseconds);
+    child->kill();
     long long first = 0, second = 0;
-    const bool parsed = std::sscanf (output.c_str(), "%lld %lld", &first, &second) == 2;
+    const bool parsed = std::sscanf (output.toRawUTF8(), "%lld %lld", &first, &second) == 2;
     before = first;
     peak = second;
-    return spawned == 0 && WIFEXITED (status) && WEXITSTATUS (status) == 0 && parsed;
+    return exitCode == 0 && parsed;
 }
 
 void printMemoryTable (const char* programPath)
