@@ -4,20 +4,19 @@
 // process.
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <Tov/Core/Library.h>
 #include <Tov/Standard/BufferArray.h>
+#include <Tov/Standard/ConsoleProcess.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/Float32Buffer.h>
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
-
-extern char** environ;
 
 namespace
 {
@@ -178,9 +177,9 @@ void registerBenchmarks()
     const Function contestants[2][2] = { { saveStateFilePair, saveOneWrite }, { loadStateFilePair, loadOneRead } };
     for (int operation = 0; operation < 2; ++operation)
         for (int contestant = 0; contestant < 2; ++contestant)
-            benchmark::RegisterBenchmark ((std::string (operationNames[operation]) + (contestant == 0 ? "/StateFilePair" : "/OneCall")).c_str(),
-                                          contestants[operation][contestant])
-                ->Iterations (1)->Repetitions (5)->ReportAggregatesOnly (true)->UseRealTime()->Unit (benchmark::kMillisecond);
+            tov::benchmarks::registerRepeated (std::string (operationNames[operation]) + (contestant == 0 ? "/StateFilePair" : "/OneCall"),
+                                               contestants[operation][contestant], 5, benchmark::kMillisecond)
+                ->Iterations (1)->UseRealTime();
 }
 
 void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
@@ -236,34 +235,21 @@ int measureInThisProcess (const char* mode, const juce::File& directory)
 /** Runs this program in a measuring mode and reads its two numbers; false on failure. */
 bool measureInFreshProcess (const char* programPath, const char* mode, int64_t& before, int64_t& peak)
 {
-    int pipeEnds[2];
-    if (::pipe (pipeEnds) != 0)
+    // A load of the document takes seconds: the time-out only keeps a stuck child from holding
+    // the run, and such a child is killed.
+    constexpr int timeOutMilliseconds = 600000;
+    const auto arguments = juce::String (mode) + " " + getDirectory().getFullPathName().quoted();
+    std::unique_ptr<tov::ConsoleProcess> child (tov::ConsoleProcess::create (programPath, arguments, {}));
+    if (child == nullptr)
         return false;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init (&actions);
-    posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
-    posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
-    const std::string path = programPath, directory = getDirectory().getFullPathName().toStdString();
-    char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> (mode), const_cast<char*> (directory.c_str()), nullptr };
-    pid_t child = -1;
-    const int spawned = ::posix_spawn (&child, path.c_str(), &actions, nullptr, arguments, environ);
-    posix_spawn_file_actions_destroy (&actions);
-    ::close (pipeEnds[1]);
-
-    std::string output;
-    char chunk[256];
-    ssize_t numRead;
-    while (spawned == 0 && (numRead = ::read (pipeEnds[0], chunk, sizeof (chunk))) > 0)
-        output.append (chunk, (size_t) numRead);
-    ::close (pipeEnds[0]);
-    int status = 1;
-    if (spawned == 0)
-        ::waitpid (child, &status, 0);
+    const auto output = child->readAllOutput (timeOutMilliseconds);
+    const int exitCode = child->waitForExit (timeOutMilliseconds);
+    child->kill();
     long long first = 0, second = 0;
-    const bool parsed = std::sscanf (output.c_str(), "%lld %lld", &first, &second) == 2;
+    const bool parsed = std::sscanf (output.toRawUTF8(), "%lld %lld", &first, &second) == 2;
     before = first;
     peak = second;
-    return spawned == 0 && WIFEXITED (status) && WEXITSTATUS (status) == 0 && parsed;
+    return exitCode == 0 && parsed;
 }
 
 void printMemoryTable (const char* programPath)
@@ -326,10 +312,11 @@ int main (int argc, char** argv)
     if (prepareFiles())
     {
         registerBenchmarks();
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        printRatioTable (reporter);
-        printMemoryTable (argv[0]);
+        tov::benchmarks::runWithMedianReporter ([argv] (const tov::benchmarks::MedianReporter& reporter)
+        {
+            printRatioTable (reporter);
+            printMemoryTable (argv[0]);
+        });
     }
     else
     {
@@ -339,7 +326,6 @@ int main (int argc, char** argv)
     // 512 MB of files: never leave them behind.
     getDirectory().deleteRecursively();
     document->deleteThis();
-    benchmark::Shutdown();
     tov::deinitializeTov();
     return result;
 }

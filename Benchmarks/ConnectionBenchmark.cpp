@@ -7,10 +7,12 @@
 #include <Tov/Network/InterprocessConnectionServer.h>
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/Service.h>
+#include "BenchmarkProgram.h"
 #include "MedianReporter.h"
 #include "PacedPeerService.h"
 #include "RawSocketPair.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <juce_events/juce_events.h>
 #include <cstdio>
@@ -236,21 +238,6 @@ void printRatio (const tov::benchmarks::MedianReporter& reporter, const char* ti
     std::fflush (stdout);
 }
 
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("ConnectionBenchmark", "main", 1, 0, 0, {}) {}
-
-protected:
-    void addLibraries (tov::Library& root) override
-    {
-        auto* library = new tov::NamedLibrary ("ConnectionBenchmark", {});
-        library->addClass<ControlEventMessage>();
-        library->addClass<PongMessage>();
-        root.addLibrary (library);
-    }
-};
-
 } // namespace
 
 int main (int argc, char** argv)
@@ -259,29 +246,27 @@ int main (int argc, char** argv)
         return 1;
 
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
-    BenchmarkProgram program;
+    tov::benchmarks::BenchmarkProgram program ("ConnectionBenchmark", tov::benchmarks::addClasses<ControlEventMessage, PongMessage>);
     if (! program.startProgram())
         return 1;
     {
         Setup connected;
         setup = &connected;
-        for (auto [name, function] : { std::pair ("EnvelopsOneWay", &envelopsOneWay),
-                                       std::pair ("RawSocketOneWay", &rawSocketOneWay),
-                                       std::pair ("EnvelopRoundTrip", &envelopRoundTrip),
-                                       std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
-            benchmark::RegisterBenchmark (name, function)
-                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
-                ->MinTime (0.3)->UseRealTime();
-        benchmark::RegisterBenchmark ("EnvelopWireFormAlone", &envelopWireFormAlone)
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)->MinTime (0.3);
+        for (auto* registered : tov::benchmarks::registerEachRepeated ({ { "EnvelopsOneWay", envelopsOneWay },
+                                                                         { "RawSocketOneWay", rawSocketOneWay },
+                                                                         { "EnvelopRoundTrip", envelopRoundTrip },
+                                                                         { "RawSocketRoundTrip", rawSocketRoundTrip } },
+                                                                       numRepetitions, benchmark::kMicrosecond, 0.3))
+            registered->UseRealTime();
+        tov::benchmarks::registerRepeated ("EnvelopWireFormAlone", envelopWireFormAlone, numRepetitions, benchmark::kMicrosecond, 0.3);
         std::printf ("\n");
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        std::printf ("\n");
-        printRatio (reporter, "Envelop of one message, one way", "EnvelopsOneWay", "RawSocketOneWay", envelopsPerRound);
-        printRatio (reporter, "Round trip of an envelop and its answer", "EnvelopRoundTrip", "RawSocketRoundTrip", 1.0);
-        std::printf ("Envelops run by the far peer in all: %lld\n", (long long) received.get());
-        benchmark::Shutdown();
+        tov::benchmarks::runWithMedianReporter ([] (const tov::benchmarks::MedianReporter& reporter)
+        {
+            std::printf ("\n");
+            printRatio (reporter, "Envelop of one message, one way", "EnvelopsOneWay", "RawSocketOneWay", envelopsPerRound);
+            printRatio (reporter, "Round trip of an envelop and its answer", "EnvelopRoundTrip", "RawSocketRoundTrip", 1.0);
+            std::printf ("Envelops run by the far peer in all: %lld\n", (long long) received.get());
+        });
     }
     return program.stopProgram();
 }

@@ -2,6 +2,7 @@
 #include <Tov/Container/OwnedVector.h>
 #include <Tov/Core/Library.h>
 #include <Tov/Core/StateObjectExporter.h>
+#include "BenchmarkLibrary.h"
 #include "MedianReporter.h"
 #include "PairedBenchmarks.h"
 #include "RandomInterleaving.h"
@@ -187,14 +188,9 @@ int main (int argc, char** argv)
     if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
 
-    auto* library = new tov::NamedLibrary ("Benchmark", {});
-    library->addClass<Point>();
-    tov::initializeTov()->addLibrary (library);
+    tov::initializeTov()->addLibrary (tov::benchmarks::createLibrary<Point> ("Benchmark"));
     registerBenchmarks();
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-    printRatioTable (reporter);
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter (printRatioTable);
     tov::deinitializeTov();
     return 0;
 }

@@ -29,10 +29,4 @@ EditedDocument::~EditedDocument()
     service.peer = nullptr;
 }
 
-void addEditingClasses (NamedLibrary& library)
-{
-    library.addClass<EditorPeer>();
-    library.addClass<DroppingTarget>();
-}
-
 } // namespace tov::benchmarks

@@ -6,7 +6,10 @@
 #include <Tov/Message/MessageTarget.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Message/Transaction/History.h>
+#include "BenchmarkProgram.h"
 #include "BenchmarkService.h"
+#include "MedianReporter.h"
+#include "RandomInterleaving.h"
 
 // What the benchmarks of undoable edits share: a peer with one space, a receiver that drops
 // what it is sent, and the service of main's thread that gives every edit one history.
@@ -61,7 +64,27 @@ struct EditedDocument
     ~EditedDocument();
 };
 
-/** Adds the classes above to the library. */
-void addEditingClasses (NamedLibrary& library);
+/** The whole of main for a benchmark of edits. It reads Google Benchmark's flags, adds a
+    library of the document's classes and the classes above, and while a program of the name
+    and the editing service exist (theService pointing to it), runs the benchmarks that
+    registerBenchmarks adds and hands their medians to printTables. */
+template <class... DocumentClasses, class RegisterBenchmarks, class PrintTables>
+int runEditingBenchmarks (int argc, char** argv, const char* programName, EditingService*& theService,
+                          RegisterBenchmarks&& registerBenchmarks, PrintTables&& printTables)
+{
+    if (! initializeWithRandomInterleaving (argc, argv))
+        return 1;
+    initializeTov()->addLibrary (createLibrary<DocumentClasses..., EditorPeer, DroppingTarget> ("Benchmark"));
+    {
+        BenchmarkProgram program (programName);
+        EditingService service;
+        theService = &service;
+        registerBenchmarks();
+        runWithMedianReporter (printTables);
+        theService = nullptr;
+    }
+    deinitializeTov();
+    return 0;
+}
 
 } // namespace tov::benchmarks

@@ -1,14 +1,13 @@
 #pragma once
 
+#include "BenchmarkProgram.h"
 #include "PacedPeerService.h"
 #include "RandomInterleaving.h"
+#include <Tov/Standard/ConsoleProcess.h>
 #include <juce_events/juce_events.h>
 #include <cstdio>
+#include <memory>
 #include <string>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace tov::benchmarks
 {
@@ -23,43 +22,21 @@ namespace tov::benchmarks
 class FarProcess
 {
 public:
+    // What the far process wrote after its port, its standard error included (the same pipe
+    // carries both), is shown once it has ended, on this process's standard error.
     ~FarProcess()
     {
-        if (processId <= 0)
+        if (process == nullptr)
             return;
-        ::kill (processId, SIGKILL);
-        ::waitpid (processId, nullptr, 0);
-        ::close (output);
+        process->kill();
+        std::fputs (process->readAllOutput (0).toRawUTF8(), stderr);
     }
 
     /** The port that the far process listens on, or -1. */
     int start (const char* programPath, const char* modeArgument)
     {
-        int pipeEnds[2];
-        if (::pipe (pipeEnds) != 0)
-            return -1;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init (&actions);
-        posix_spawn_file_actions_adddup2 (&actions, pipeEnds[1], 1);
-        posix_spawn_file_actions_addclose (&actions, pipeEnds[0]);
-        const std::string path = programPath, mode = modeArgument;
-        char* arguments[] = { const_cast<char*> (path.c_str()), const_cast<char*> (mode.c_str()), nullptr };
-        // The far process starts with every signal at its default and none blocked, whatever
-        // this process's crash handler and threads have set.
-        posix_spawnattr_t attributes;
-        posix_spawnattr_init (&attributes);
-        sigset_t none, all;
-        sigemptyset (&none);
-        sigfillset (&all);
-        posix_spawnattr_setsigmask (&attributes, &none);
-        posix_spawnattr_setsigdefault (&attributes, &all);
-        posix_spawnattr_setflags (&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        const int result = ::posix_spawn (&processId, path.c_str(), &actions, &attributes, arguments, environ);
-        posix_spawnattr_destroy (&attributes);
-        posix_spawn_file_actions_destroy (&actions);
-        ::close (pipeEnds[1]);
-        output = pipeEnds[0];
-        return result == 0 ? readPort() : -1;
+        process.reset (ConsoleProcess::create (programPath, modeArgument, {}));
+        return process != nullptr ? readPort() : -1;
     }
 
     /** In the far process: tells the process that started it where it listens. */
@@ -70,16 +47,31 @@ public:
     }
 
 private:
-    pid_t processId = -1;
-    int output = -1;
+    /** How long the far process may take to start its program and its server. */
+    static constexpr int startTimeOutMilliseconds = 60000;
 
+    std::unique_ptr<ConsoleProcess> process;
+
+    /** The port of the first line that announcePort wrote; -1 when the output ends, or stays
+        silent for the time-out, before it. The far process's standard error comes through the
+        same pipe: its lines go on to this process's standard error. */
     int readPort()
     {
         std::string line;
         char character;
-        while (::read (output, &character, 1) == 1 && character != '\n')
-            line += character;
-        return line.rfind ("port ", 0) == 0 ? std::stoi (line.substr (5)) : -1;
+        while (process->readOutput (&character, 1, startTimeOutMilliseconds) == 1)
+        {
+            if (character != '\n')
+                line += character;
+            else if (line.rfind ("port ", 0) == 0)
+                return std::stoi (line.substr (5));
+            else
+            {
+                std::fprintf (stderr, "%s\n", line.c_str());
+                line.clear();
+            }
+        }
+        return -1;
     }
 };
 
@@ -101,12 +93,13 @@ inline int serveUntilKilled()
 }
 
 /** The whole of main for a benchmark with a far end. Started with the mode argument, this
-    program is the far process: runFar() under a running program of the class. Otherwise it
-    reads Google Benchmark's flags, starts the far process first, then runs runNear (the far
-    port, -1 when it could not start) under a program of its own; its answer, or the program's
-    when it is 0, is the exit code. */
-template <class ProgramClass, class RunFar, class RunNear>
-int runWithFarProcess (int argc, char** argv, const char* modeArgument, RunFar&& runFar, RunNear&& runNear)
+    program is the far process: runFar() under a running program. Otherwise it reads Google
+    Benchmark's flags, starts the far process first, then runs runNear (the far port, -1 when it
+    could not start) under a program of its own; its answer, or the program's when it is 0, is
+    the exit code. Both programs are a BenchmarkProgram of the name and the classes. */
+template <class RunFar, class RunNear>
+int runWithFarProcess (int argc, char** argv, const char* programName, const AddClasses& programClasses,
+                       const char* modeArgument, RunFar&& runFar, RunNear&& runNear)
 {
     const bool farMode = argc == 2 && std::string (argv[1]) == modeArgument;
     if (! farMode && ! initializeWithRandomInterleaving (argc, argv))
@@ -115,7 +108,7 @@ int runWithFarProcess (int argc, char** argv, const char* modeArgument, RunFar&&
     const int farPort = farMode ? 0 : farProcess.start (argv[0], modeArgument);
 
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
-    ProgramClass program;
+    BenchmarkProgram program (programName, programClasses);
     if (! program.startProgram())
         return 1;
     if (farMode)

@@ -1,6 +1,8 @@
 #include "BenchmarkDocument.h"
+#include "BenchmarkLibrary.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Container/OwnedVector.h>
 #include <Tov/Container/StringVector.h>
@@ -213,11 +215,9 @@ void loadNlohmann (benchmark::State& state)
 
 void registerBenchmarks()
 {
-    const std::pair<const char*, void (*) (benchmark::State&)> cases[] = {
-        { "JsonSave/Bridge", saveBridge }, { "JsonSave/nlohmann", saveNlohmann },
-        { "JsonLoad/Bridge", loadBridge }, { "JsonLoad/nlohmann", loadNlohmann } };
-    for (auto& [name, run] : cases)
-        benchmark::RegisterBenchmark (name, run)->MinTime (0.5)->Repetitions (5)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond);
+    tov::benchmarks::registerEachRepeated ({ { "JsonSave/Bridge", saveBridge }, { "JsonSave/nlohmann", saveNlohmann },
+                                             { "JsonLoad/Bridge", loadBridge }, { "JsonLoad/nlohmann", loadNlohmann } },
+                                           5, benchmark::kMillisecond, 0.5);
 }
 
 void printRatioTable (const tov::benchmarks::MedianReporter& reporter)
@@ -239,19 +239,10 @@ int main (int argc, char** argv)
 {
     if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
-    auto* library = new NamedLibrary ("JsonBenchmark", {});
-    library->addClass<Route>();
-    library->addClass<Clip>();
-    library->addClass<Track>();
-    library->addClass<Folder>();
-    library->addClass<Session>();
-    initializeTov()->addLibrary (library);
+    initializeTov()->addLibrary (tov::benchmarks::createLibrary<Route, Clip, Track, Folder, Session> ("JsonBenchmark"));
 
     JsonDocument::get();
     registerBenchmarks();
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-    printRatioTable (reporter);
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter (printRatioTable);
     return 0;
 }

@@ -52,4 +52,15 @@ private:
     std::map<std::string, Run> medians;
 };
 
+/** Runs the benchmarks that the command line selects through a MedianReporter, hands it to
+    printTables (which may measure more of its own), then shuts Google Benchmark down. */
+template <class PrintTables>
+void runWithMedianReporter (PrintTables&& printTables)
+{
+    MedianReporter reporter;
+    benchmark::RunSpecifiedBenchmarks (&reporter);
+    printTables (reporter);
+    benchmark::Shutdown();
+}
+
 } // namespace tov::benchmarks

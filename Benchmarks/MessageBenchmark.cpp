@@ -4,10 +4,12 @@
 #include <Tov/Message/Envelop.h>
 #include <Tov/Message/MessageTarget.h>
 #include <Tov/Message/Peer.h>
-#include <Tov/Standard/Program.h>
+#include "BenchmarkLibrary.h"
+#include "BenchmarkProgram.h"
 #include "BenchmarkService.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <Tov/Message/RemoteCall/ThreadAwareEnvelopQueueMessageTarget.h>
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -205,21 +207,6 @@ void printRatio (const tov::benchmarks::MedianReporter& reporter, const char* ti
     std::fflush (stdout);
 }
 
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("MessageBenchmark", "main", 1, 0, 0, {}) {}
-};
-
-/** The wire form finds the message class by name. */
-tov::Library* createBenchmarkLibrary()
-{
-    auto* library = new tov::NamedLibrary ("MessageBenchmark", {});
-    library->addClass<SumMessage>();
-    library->addClass<SummingPeer>();
-    return library;
-}
-
 } // namespace
 
 int main (int argc, char** argv)
@@ -227,26 +214,24 @@ int main (int argc, char** argv)
     if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
 
-    tov::initializeTov()->addLibrary (createBenchmarkLibrary());
+    // The wire form finds the message class by name.
+    tov::initializeTov()->addLibrary (tov::benchmarks::createLibrary<SumMessage, SummingPeer> ("MessageBenchmark"));
     {
-        BenchmarkProgram program;
+        tov::benchmarks::BenchmarkProgram program ("MessageBenchmark");
         tov::benchmarks::BenchmarkService service;
         theService = &service;
-        for (auto [name, function] : { std::pair ("PostEnvelopToPeer", &postEnvelopToPeer),
-                                       std::pair ("PlainMutexVectorQueue", &plainMutexVectorQueue),
-                                       std::pair ("EnvelopWireForm", &envelopWireForm),
-                                       std::pair ("StateBinaryAlone", &stateBinaryAlone) })
-            benchmark::RegisterBenchmark (name, function)
-                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kNanosecond)->MinTime (0.2);
+        tov::benchmarks::registerEachRepeated ({ { "PostEnvelopToPeer", postEnvelopToPeer }, { "PlainMutexVectorQueue", plainMutexVectorQueue },
+                                                 { "EnvelopWireForm", envelopWireForm }, { "StateBinaryAlone", stateBinaryAlone } },
+                                               numRepetitions, benchmark::kNanosecond, 0.2);
         std::printf ("\n");
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        std::printf ("\n");
-        printRatio (reporter, "Envelop of one message to a peer", "PostEnvelopToPeer",
-                    "plain mutex and vector queue", "PlainMutexVectorQueue", envelopsPerRound);
-        printRatio (reporter, "Wire form of a ten-message envelop, written and read", "EnvelopWireForm",
-                    "its binary State alone", "StateBinaryAlone", 1.0);
-        benchmark::Shutdown();
+        tov::benchmarks::runWithMedianReporter ([] (const tov::benchmarks::MedianReporter& reporter)
+        {
+            std::printf ("\n");
+            printRatio (reporter, "Envelop of one message to a peer", "PostEnvelopToPeer",
+                        "plain mutex and vector queue", "PlainMutexVectorQueue", envelopsPerRound);
+            printRatio (reporter, "Wire form of a ten-message envelop, written and read", "EnvelopWireForm",
+                        "its binary State alone", "StateBinaryAlone", 1.0);
+        });
     }
     tov::deinitializeTov();
     return 0;

@@ -743,24 +743,6 @@ void printTables (const tov::benchmarks::MedianReporter& reporter)
     printBytesTable();
 }
 
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("MirroringBenchmark", "main", 1, 0, 0, {}) {}
-
-protected:
-    void addLibraries (tov::Library& root) override
-    {
-        auto* library = new tov::NamedLibrary ("MirroringBenchmark", {});
-        library->addClass<Clip>();
-        library->addClass<Track>();
-        library->addClass<Folder>();
-        library->addClass<Session>();
-        library->addClass<DocumentPeer>();
-        root.addLibrary (library);
-    }
-};
-
 /** The loopback run, then the benchmarks in process on this thread's service, and the tables. */
 int runMirror (int farPort)
 {
@@ -769,10 +751,7 @@ int runMirror (int farPort)
     tov::benchmarks::BenchmarkService service;
     registerBenchmarks();
     std::printf ("\n");
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-    printTables (reporter);
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter (printTables);
     return 0;
 }
 
@@ -780,5 +759,6 @@ int runMirror (int farPort)
 
 int main (int argc, char** argv)
 {
-    return tov::benchmarks::runWithFarProcess<BenchmarkProgram> (argc, argv, "--source", runSource, runMirror);
+    return tov::benchmarks::runWithFarProcess (argc, argv, "MirroringBenchmark", tov::benchmarks::addClasses<Clip, Track, Folder, Session, DocumentPeer>,
+                                               "--source", runSource, runMirror);
 }

@@ -1,6 +1,9 @@
 #include <Tov/Core/Library.h>
 #include <Tov/Core/ObjectSpace.h>
+#include "BenchmarkLibrary.h"
+#include "Item.h"
 #include "MedianReporter.h"
+#include "PairedBenchmarks.h"
 #include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <atomic>
@@ -28,15 +31,8 @@ namespace
 constexpr size_t numObjects = 100000;
 constexpr int numRepetitions = 5;
 
-/** The objects of both contestants: a reflected class without variables. */
-class Item : public tov::Object
-{
-public:
-    TOV_DECLARE_CLASS (Item, Object)
-};
-
-TOV_BEGIN_CLASS (Item)
-TOV_END_CLASS()
+/** The objects of both contestants. */
+using tov::benchmarks::Item;
 
 /** A view that listens and allocates nothing. */
 class CountingView : public tov::ObjectSpaceView
@@ -201,16 +197,10 @@ void sendObjectChanged (benchmark::State& state)
 
 void registerBenchmarks()
 {
-    for (const auto operation : { Operation::create, Operation::lookUp, Operation::destroy })
-    {
-        const juce::String name (operationNames[(int) operation]);
-        benchmark::RegisterBenchmark ((name + "/ObjectSpace").toRawUTF8(), [operation] (benchmark::State& state) { runOperation<SpaceContestant> (state, operation); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        benchmark::RegisterBenchmark ((name + "/UnorderedMap").toRawUTF8(), [operation] (benchmark::State& state) { runOperation<MapContestant> (state, operation); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-    }
-    benchmark::RegisterBenchmark ("SendObjectChanged/ObjectSpace", sendObjectChanged)
-        ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kNanosecond);
+    tov::benchmarks::registerPairedBenchmarks (operationNames, 3,
+        "ObjectSpace", [] (benchmark::State& state, int operation) { runOperation<SpaceContestant> (state, (Operation) operation); },
+        "UnorderedMap", [] (benchmark::State& state, int operation) { runOperation<MapContestant> (state, (Operation) operation); });
+    tov::benchmarks::registerRepeated ("SendObjectChanged/ObjectSpace", sendObjectChanged, numRepetitions, benchmark::kNanosecond);
 }
 
 //==============================================================================
@@ -253,16 +243,11 @@ int main (int argc, char** argv)
     if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
 
-    auto* library = new tov::NamedLibrary ("Benchmark", {});
-    library->addClass<Item>();
-    tov::initializeTov()->addLibrary (library);
+    tov::initializeTov()->addLibrary (tov::benchmarks::createLibrary<Item> ("Benchmark"));
     Workload::get();
 
     registerBenchmarks();
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-    printRatioTable (reporter);
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter (printRatioTable);
     tov::deinitializeTov();
     return 0;
 }

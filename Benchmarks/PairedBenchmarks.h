@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MedianReporter.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <string>
@@ -20,10 +21,10 @@ void registerPairedBenchmarks (const char* const* operationNames, int numOperati
     for (int i = 0; i < numOperations; ++i)
     {
         const std::string operation (operationNames[i]);
-        benchmark::RegisterBenchmark ((operation + "/" + first).c_str(), [runFirst, i] (benchmark::State& state) { runFirst (state, i); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        benchmark::RegisterBenchmark ((operation + "/" + second).c_str(), [runSecond, i] (benchmark::State& state) { runSecond (state, i); })
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
+        registerRepeated (operation + "/" + first, [runFirst, i] (benchmark::State& state) { runFirst (state, i); },
+                          numRepetitions, benchmark::kMillisecond, 0.5);
+        registerRepeated (operation + "/" + second, [runSecond, i] (benchmark::State& state) { runSecond (state, i); },
+                          numRepetitions, benchmark::kMillisecond, 0.5);
     }
 }
 

@@ -5,6 +5,7 @@
 #include <Tov/Standard/Profiler/StdDevProfiler.h>
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
 
@@ -126,26 +127,24 @@ int main (int argc, char** argv)
         return 1;
 
     tov::initializeTov();
-    for (auto [name, function] : { std::pair ("EmptyCall", &emptyCall), std::pair ("ScopeWithoutProfiler", &scopeWithoutProfiler),
-                                   std::pair ("TwoClockReadsAndAStore", &twoClockReadsAndAStore),
-                                   std::pair ("ScopeOfCpuTimings", &scopeOfCpuTimings),
-                                   std::pair ("ScopeOfStdDevOnRenderingThread", &scopeOfStdDevOnRenderingThread),
-                                   std::pair ("ScopeOfStdDevOnOtherThread", &scopeOfStdDevOnOtherThread),
-                                   std::pair ("ScopeOfNSightOnStub", &scopeOfNSightOnStub) })
-        benchmark::RegisterBenchmark (name, function)
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kNanosecond)->MinTime (0.2);
+    tov::benchmarks::registerEachRepeated ({ { "EmptyCall", emptyCall }, { "ScopeWithoutProfiler", scopeWithoutProfiler },
+                                             { "TwoClockReadsAndAStore", twoClockReadsAndAStore },
+                                             { "ScopeOfCpuTimings", scopeOfCpuTimings },
+                                             { "ScopeOfStdDevOnRenderingThread", scopeOfStdDevOnRenderingThread },
+                                             { "ScopeOfStdDevOnOtherThread", scopeOfStdDevOnOtherThread },
+                                             { "ScopeOfNSightOnStub", scopeOfNSightOnStub } },
+                                           numRepetitions, benchmark::kNanosecond, 0.2);
     std::printf ("\n");
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-
-    std::printf ("\n%-34s %10s %10s %10s %8s\n", "Scope (ns per scope)", "time", "limit", "excess", "ratio");
-    printRow (reporter, "no profiler / empty call", "ScopeWithoutProfiler", "EmptyCall");
-    printRow (reporter, "CpuTimings, rendering / clock", "ScopeOfCpuTimings", "TwoClockReadsAndAStore");
-    printRow (reporter, "StdDev, rendering / clock", "ScopeOfStdDevOnRenderingThread", "TwoClockReadsAndAStore");
-    printRow (reporter, "StdDev, other thread / clock", "ScopeOfStdDevOnOtherThread", "TwoClockReadsAndAStore");
-    printRow (reporter, "NSight on the stub / clock", "ScopeOfNSightOnStub", "TwoClockReadsAndAStore");
-    std::fflush (stdout);
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter ([] (const tov::benchmarks::MedianReporter& reporter)
+    {
+        std::printf ("\n%-34s %10s %10s %10s %8s\n", "Scope (ns per scope)", "time", "limit", "excess", "ratio");
+        printRow (reporter, "no profiler / empty call", "ScopeWithoutProfiler", "EmptyCall");
+        printRow (reporter, "CpuTimings, rendering / clock", "ScopeOfCpuTimings", "TwoClockReadsAndAStore");
+        printRow (reporter, "StdDev, rendering / clock", "ScopeOfStdDevOnRenderingThread", "TwoClockReadsAndAStore");
+        printRow (reporter, "StdDev, other thread / clock", "ScopeOfStdDevOnOtherThread", "TwoClockReadsAndAStore");
+        printRow (reporter, "NSight on the stub / clock", "ScopeOfNSightOnStub", "TwoClockReadsAndAStore");
+        std::fflush (stdout);
+    });
     tov::deinitializeTov();
     return 0;
 }

@@ -14,6 +14,7 @@
 #include "MedianReporter.h"
 #include "PacedPeerService.h"
 #include "Percentile.h"
+#include "RepeatedBenchmarks.h"
 #include "RawSocketPair.h"
 #include <benchmark/benchmark.h>
 #include <atomic>
@@ -211,20 +212,6 @@ void printRow (const char* title, const std::vector<double>& samples, const std:
     std::fflush (stdout);
 }
 
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("RemoteCallBenchmark", "main", 1, 0, 0, {}) {}
-
-protected:
-    void addLibraries (tov::Library& root) override
-    {
-        auto* library = new tov::NamedLibrary ("RemoteCallBenchmark", {});
-        library->addClass<NextIntegerMethod>();
-        root.addLibrary (library);
-    }
-};
-
 /** The calls and their rows; 1 when the far process could not be reached. */
 int runCaller (int farPort)
 {
@@ -235,20 +222,19 @@ int runCaller (int farPort)
         return 1;
     }
     setup = &connected;
-    for (auto [name, function] : { std::pair ("RemoteCallInProcess", &remoteCallInProcess),
-                                   std::pair ("RemoteCallLoopback", &remoteCallLoopback),
-                                   std::pair ("RawSocketRoundTrip", &rawSocketRoundTrip) })
-        benchmark::RegisterBenchmark (name, function)
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMicrosecond)
-            ->MinTime (0.3)->UseRealTime();
+    for (auto* registered : tov::benchmarks::registerEachRepeated ({ { "RemoteCallInProcess", remoteCallInProcess },
+                                                                     { "RemoteCallLoopback", remoteCallLoopback },
+                                                                     { "RawSocketRoundTrip", rawSocketRoundTrip } },
+                                                                   numRepetitions, benchmark::kMicrosecond, 0.3))
+        registered->UseRealTime();
     std::printf ("\n");
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-    std::printf ("\n");
-    printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
-    printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
-    std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter ([&connected] (const tov::benchmarks::MedianReporter&)
+    {
+        std::printf ("\n");
+        printRow ("Remote call, two services", connected.nearCaller.roundTrips, rawRoundTrips);
+        printRow ("Remote call, two processes", connected.farCaller->roundTrips, rawRoundTrips);
+        std::printf ("Failed calls: %d\n", connected.nearCaller.numFailures.load() + connected.farCaller->numFailures.load());
+    });
     setup = nullptr;
     return 0;
 }
@@ -257,5 +243,6 @@ int runCaller (int farPort)
 
 int main (int argc, char** argv)
 {
-    return tov::benchmarks::runWithFarProcess<BenchmarkProgram> (argc, argv, "--callee", runCallee, runCaller);
+    return tov::benchmarks::runWithFarProcess (argc, argv, "RemoteCallBenchmark", tov::benchmarks::addClasses<NextIntegerMethod>,
+                                               "--callee", runCallee, runCaller);
 }

@@ -4,12 +4,10 @@
 #include <Tov/Container/Selection.h>
 #include <Tov/Core/ConverterClassGenerators.h>
 #include <Tov/Message/Transaction/ScopedTransaction.h>
-#include <Tov/Standard/Program.h>
 #include <Tov/Standard/SelectionAccessor.h>
 #include "EditingPeer.h"
 #include "MedianReporter.h"
 #include "PairedBenchmarks.h"
-#include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
 
@@ -89,12 +87,6 @@ TOV_END_CLASS()
 
 TOV_BEGIN_CLASS (TurnsToIntegerConverter)
 TOV_END_CLASS()
-
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("SelectionBenchmark", "main", 1, 0, 0, {}) {}
-};
 
 tov::benchmarks::EditingService* theService = nullptr;
 
@@ -237,26 +229,5 @@ void printTables (const tov::benchmarks::MedianReporter& reporter)
 
 int main (int argc, char** argv)
 {
-    if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
-        return 1;
-
-    auto* library = new tov::NamedLibrary ("Benchmark", {});
-    library->addClass<Element>();
-    library->addClass<Scene>();
-    library->addClass<Turns>();
-    library->addClass<TurnsToIntegerConverter>();
-    tov::benchmarks::addEditingClasses (*library);
-    tov::initializeTov()->addLibrary (library);
-    {
-        BenchmarkProgram program;
-        tov::benchmarks::EditingService service;
-        theService = &service;
-        registerBenchmarks();
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        printTables (reporter);
-        benchmark::Shutdown();
-    }
-    tov::deinitializeTov();
-    return 0;
+    return tov::benchmarks::runEditingBenchmarks<Element, Scene, Turns, TurnsToIntegerConverter> (argc, argv, "SelectionBenchmark", theService, registerBenchmarks, printTables);
 }

@@ -1,9 +1,10 @@
 #include <Tov/Atomic/AsyncTrigger.h>
 #include <Tov/Core/Library.h>
-#include <Tov/Standard/Program.h>
+#include "BenchmarkProgram.h"
 #include "BenchmarkService.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
 
@@ -102,13 +103,6 @@ void printRatio (const tov::benchmarks::MedianReporter& reporter, const char* ti
     std::fflush (stdout);
 }
 
-/** Services need a running program to find them by thread. */
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("ServiceBenchmark", "main", 1, 0, 0, {}) {}
-};
-
 } // namespace
 
 int main (int argc, char** argv)
@@ -118,21 +112,21 @@ int main (int argc, char** argv)
 
     tov::initializeTov();
     {
-        BenchmarkProgram program;
+        // Services need a running program to find them by thread.
+        tov::benchmarks::BenchmarkProgram program ("ServiceBenchmark");
         tov::benchmarks::BenchmarkService service;
         theService = &service;
-        for (auto [name, function] : { std::pair ("EmptyServicePass", &emptyServicePass), std::pair ("PlainLoopStep", &plainLoopStep),
-                                       std::pair ("AsyncTriggerFromTrigToCallback", &asyncTriggerFromTrigToCallback),
-                                       std::pair ("DirectChanged", &directChanged) })
-            benchmark::RegisterBenchmark (name, function)
-                ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kNanosecond)->MinTime (0.2);
+        tov::benchmarks::registerEachRepeated ({ { "EmptyServicePass", emptyServicePass }, { "PlainLoopStep", plainLoopStep },
+                                                 { "AsyncTriggerFromTrigToCallback", asyncTriggerFromTrigToCallback },
+                                                 { "DirectChanged", directChanged } },
+                                               numRepetitions, benchmark::kNanosecond, 0.2);
         std::printf ("\n");
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        std::printf ("\n");
-        printRatio (reporter, "Empty service pass", "EmptyServicePass", "plain loop step", "PlainLoopStep");
-        printRatio (reporter, "Async trigger, trig to callback", "AsyncTriggerFromTrigToCallback", "direct changed()", "DirectChanged");
-        benchmark::Shutdown();
+        tov::benchmarks::runWithMedianReporter ([] (const tov::benchmarks::MedianReporter& reporter)
+        {
+            std::printf ("\n");
+            printRatio (reporter, "Empty service pass", "EmptyServicePass", "plain loop step", "PlainLoopStep");
+            printRatio (reporter, "Async trigger, trig to callback", "AsyncTriggerFromTrigToCallback", "direct changed()", "DirectChanged");
+        });
     }
     tov::deinitializeTov();
     return 0;

@@ -2,6 +2,7 @@
 #include <Tov/Standard/ExecutionContext.h>
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -165,7 +166,7 @@ void registerBenchmarks()
         for (const auto& testCase : makeCases())
         {
             const auto name = getBenchmarkName (testCase.operation, testCase.contestant, size);
-            benchmark::RegisterBenchmark (name.toRawUTF8(), [testCase, size] (benchmark::State& state)
+            tov::benchmarks::registerRepeated (name.toStdString(), [testCase, size] (benchmark::State& state)
             {
                 const auto& document = BenchmarkDocument::get (size.targetTextBytes);
                 for (auto _ : state)
@@ -179,7 +180,7 @@ void registerBenchmarks()
                 state.counters["bytes"] = bytes;
                 state.counters["MB/s"] = benchmark::Counter ((double) state.iterations() * bytes / 1e6, benchmark::Counter::kIsRate);
                 state.counters["docs/s"] = benchmark::Counter ((double) state.iterations(), benchmark::Counter::kIsRate);
-            })->MinTime (size.minimumSeconds)->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond);
+            }, numRepetitions, benchmark::kMillisecond, size.minimumSeconds);
         }
     }
 }
@@ -250,9 +251,6 @@ int main (int argc, char** argv)
     for (const auto& size : documentSizes)
         BenchmarkDocument::get (size.targetTextBytes);
     registerBenchmarks();
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
-    printRatioTable (reporter);
-    benchmark::Shutdown();
+    tov::benchmarks::runWithMedianReporter (printRatioTable);
     return 0;
 }

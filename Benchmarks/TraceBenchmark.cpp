@@ -6,6 +6,7 @@
 #include <TraceReader/TraceStreamReader.h>
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>
@@ -133,23 +134,21 @@ int main (int argc, char** argv)
     if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
     tov::initializeTov();
-    for (auto [name, function] : { std::pair ("TwoClockReadsAndABufferWrite", &twoClockReadsAndABufferWrite),
-                                   std::pair ("ScopeOfUnrealProfilerToAFile", &scopeOfUnrealProfilerToAFile) })
-        benchmark::RegisterBenchmark (name, function)
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kNanosecond)->MinTime (0.2);
-    tov::benchmarks::MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks (&reporter);
+    tov::benchmarks::registerEachRepeated ({ { "TwoClockReadsAndABufferWrite", twoClockReadsAndABufferWrite },
+                                             { "ScopeOfUnrealProfilerToAFile", scopeOfUnrealProfilerToAFile } },
+                                           numRepetitions, benchmark::kNanosecond, 0.2);
+    tov::benchmarks::runWithMedianReporter ([scopeOnly] (const tov::benchmarks::MedianReporter& reporter)
+    {
+        const double time = reporter.getMedianSeconds ("ScopeOfUnrealProfilerToAFile") * 1e9;
+        const double limit = reporter.getMedianSeconds ("TwoClockReadsAndABufferWrite") * 1e9;
+        std::printf ("\n%-34s %10s %10s %10s %8s\n", "Scope (ns per scope)", "time", "limit", "excess", "ratio");
+        if (time > 0 && limit > 0)
+            std::printf ("%-34s %10.2f %10.2f %10.2f %8.2f\n", "Unreal, to a file / clock + write", time, limit, time - limit, time / limit);
+        std::fflush (stdout);
 
-    const double time = reporter.getMedianSeconds ("ScopeOfUnrealProfilerToAFile") * 1e9;
-    const double limit = reporter.getMedianSeconds ("TwoClockReadsAndABufferWrite") * 1e9;
-    std::printf ("\n%-34s %10s %10s %10s %8s\n", "Scope (ns per scope)", "time", "limit", "excess", "ratio");
-    if (time > 0 && limit > 0)
-        std::printf ("%-34s %10.2f %10.2f %10.2f %8.2f\n", "Unreal, to a file / clock + write", time, limit, time - limit, time / limit);
-    std::fflush (stdout);
-
-    if (! scopeOnly)
-        runSustainedRuns();
-    benchmark::Shutdown();
+        if (! scopeOnly)
+            runSustainedRuns();
+    });
     tov::deinitializeTov();
     return 0;
 }

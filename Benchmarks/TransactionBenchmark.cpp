@@ -1,11 +1,9 @@
 #include <Tov/Atomic/Real.h>
 #include <Tov/Container/OwnedVector.h>
 #include <Tov/Message/Transaction/ScopedTransaction.h>
-#include <Tov/Standard/Program.h>
 #include "EditingPeer.h"
 #include "MedianReporter.h"
 #include "PairedBenchmarks.h"
-#include "RandomInterleaving.h"
 #include <benchmark/benchmark.h>
 #include <juce_data_structures/juce_data_structures.h>
 #include <cstdio>
@@ -56,12 +54,6 @@ TOV_END_CLASS()
 TOV_BEGIN_CLASS (Scene)
     TOV_VARIABLE (elements)
 TOV_END_CLASS()
-
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("TransactionBenchmark", "main", 1, 0, 0, {}) {}
-};
 
 tov::benchmarks::EditingService* theService = nullptr;
 
@@ -217,24 +209,5 @@ void printTables (const tov::benchmarks::MedianReporter& reporter)
 
 int main (int argc, char** argv)
 {
-    if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
-        return 1;
-
-    auto* library = new tov::NamedLibrary ("Benchmark", {});
-    library->addClass<Element>();
-    library->addClass<Scene>();
-    tov::benchmarks::addEditingClasses (*library);
-    tov::initializeTov()->addLibrary (library);
-    {
-        BenchmarkProgram program;
-        tov::benchmarks::EditingService service;
-        theService = &service;
-        registerBenchmarks();
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        printTables (reporter);
-        benchmark::Shutdown();
-    }
-    tov::deinitializeTov();
-    return 0;
+    return tov::benchmarks::runEditingBenchmarks<Element, Scene> (argc, argv, "TransactionBenchmark", theService, registerBenchmarks, printTables);
 }

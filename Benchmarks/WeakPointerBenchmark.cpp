@@ -2,10 +2,13 @@
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Core/ObjectSpaceProvider.h>
 #include <Tov/Pointer/ObjectWeakPointer.h>
-#include <Tov/Standard/Program.h>
+#include "BenchmarkLibrary.h"
+#include "BenchmarkProgram.h"
 #include "BenchmarkService.h"
+#include "Item.h"
 #include "MedianReporter.h"
 #include "RandomInterleaving.h"
+#include "RepeatedBenchmarks.h"
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <random>
@@ -25,14 +28,7 @@ namespace
 constexpr size_t numPointers = 100000;
 constexpr int numRepetitions = 5;
 
-class Item : public tov::Object
-{
-public:
-    TOV_DECLARE_CLASS (Item, Object)
-};
-
-TOV_BEGIN_CLASS (Item)
-TOV_END_CLASS()
+using tov::benchmarks::Item;
 
 /** A space that answers for itself by name, as a service does for its spaces. */
 class ProvidingSpace : public tov::ObjectSpace, public tov::ObjectSpaceProvider
@@ -152,13 +148,6 @@ void printRatio (const tov::benchmarks::MedianReporter& reporter)
     std::fflush (stdout);
 }
 
-/** A running program and a current service: what resolving addresses needs. */
-class BenchmarkProgram : public tov::Program
-{
-public:
-    BenchmarkProgram() : Program ("WeakPointerBenchmark", "main", 1, 0, 0, {}) {}
-};
-
 } // namespace
 
 int main (int argc, char** argv)
@@ -166,24 +155,17 @@ int main (int argc, char** argv)
     if (! tov::benchmarks::initializeWithRandomInterleaving (argc, argv))
         return 1;
 
-    auto* library = new tov::NamedLibrary ("Benchmark", {});
-    library->addClass<Item>();
-    tov::initializeTov()->addLibrary (library);
-    int result = 0;
+    tov::initializeTov()->addLibrary (tov::benchmarks::createLibrary<Item> ("Benchmark"));
     {
-        BenchmarkProgram program;
+        // A running program and a current service: what resolving addresses needs.
+        tov::benchmarks::BenchmarkProgram program ("WeakPointerBenchmark");
         tov::benchmarks::BenchmarkService service;
         Document::get();
 
-        benchmark::RegisterBenchmark ("ResolveWeakPointers", resolveWeakPointers)
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        benchmark::RegisterBenchmark ("LookUpInUnorderedMap", lookUpInUnorderedMap)
-            ->Repetitions (numRepetitions)->ReportAggregatesOnly (true)->Unit (benchmark::kMillisecond)->MinTime (0.5);
-        tov::benchmarks::MedianReporter reporter;
-        benchmark::RunSpecifiedBenchmarks (&reporter);
-        printRatio (reporter);
-        benchmark::Shutdown();
+        tov::benchmarks::registerEachRepeated ({ { "ResolveWeakPointers", resolveWeakPointers }, { "LookUpInUnorderedMap", lookUpInUnorderedMap } },
+                                               numRepetitions, benchmark::kMillisecond, 0.5);
+        tov::benchmarks::runWithMedianReporter (printRatio);
     }
     tov::deinitializeTov();
-    return result;
+    return 0;
 }
