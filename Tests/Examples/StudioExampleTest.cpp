@@ -1,6 +1,7 @@
 // The studio example's scripted session, run as the README's main command runs it: an editor
 // process that starts a viewer process, in a scratch home folder.
-#include "Network/ConnectionTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
 #include <gtest/gtest.h>
 #include <regex>
@@ -14,18 +15,8 @@ namespace
 class StudioExampleTest : public ::testing::Test
 {
 protected:
-    /** One per test: CTest runs the tests of a suite side by side. */
-    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("StudioExampleTest")
-                          .getChildFile (::testing::UnitTest::GetInstance()->current_test_info()->name()) };
+    ScratchDirectory home;
     juce::File programData = home.getChildFile (".config/StudioExample");
-
-    void SetUp() override
-    {
-        home.deleteRecursively();
-        home.createDirectory();
-    }
-
-    void TearDown() override { home.deleteRecursively(); }
 
     /** Runs a session to its end: its exit code, and its own lines (debug output left out) in
         lines, with what changes from run to run replaced by names in angle brackets. */
