@@ -3,10 +3,10 @@
 #include "Support/FreePort.h"
 #include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
+#include "Support/Waiting.h"
 #include <gtest/gtest.h>
 #include <regex>
 #include <sstream>
-#include <thread>
 
 using namespace tov::test;
 
@@ -78,8 +78,7 @@ TEST_F (StudioExampleTest, TheSessionLeavesItsConfigurationLogsAndSceneAndCounts
     const auto firstStart = juce::Time::currentTimeMillis() / 1000;
     ASSERT_EQ (runSession (first), 0);
     // Log files are named by their start time in seconds: the second run starts in another second.
-    while (juce::Time::currentTimeMillis() / 1000 == firstStart)
-        std::this_thread::yield();
+    ASSERT_TRUE (waitUntil ([&] { return juce::Time::currentTimeMillis() / 1000 != firstStart; }, 5000));
     ASSERT_EQ (runSession (second), 0);
     ASSERT_FALSE (second.empty());
     EXPECT_EQ (second[0].substr (0, 14), "studio: run 2,");
