@@ -1,7 +1,7 @@
 #pragma once
 
-// What the test applications share: a service with one peer driven by the application's main
-// loop, and a server that hands what it receives to the program.
+// What the test applications share: a line on standard output at once, a service with one peer
+// driven by the application's main loop, and a server that hands what it receives to the program.
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Message/Peer.h>
 #include <Tov/Standard/ExecutionContext.h>
@@ -9,9 +9,21 @@
 #include <Tov/Standard/ProgramConnectionServer.h>
 #include <Tov/Standard/RegisteredService.h>
 #include <functional>
+#include <iostream>
+#include <mutex>
 
 namespace tov::applications
 {
+
+/** Writes the line to standard output and flushes it, for the test that reads it to see it at
+    once; lines said on several threads at a time do not mix. Not for signal handlers: nothing
+    calls it from one. */
+inline void say (const juce::String& line)
+{
+    static std::mutex lock;
+    const std::lock_guard<std::mutex> guard (lock);
+    std::cout << line << std::endl;
+}
 
 inline String* makeName (const juce::String& name)
 {

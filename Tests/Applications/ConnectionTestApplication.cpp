@@ -20,8 +20,6 @@
 #include <Tov/TovLibrary.h>
 #include <juce_events/juce_events.h>
 #include <atomic>
-#include <iostream>
-#include <mutex>
 #include <thread>
 #include <unistd.h>
 
@@ -34,12 +32,7 @@ std::atomic<int> numConnections { 0 };
 /** Signalled when an envelop from the network has been queued for the service's pass. */
 juce::WaitableEvent envelopArrived;
 
-void say (const juce::String& line)
-{
-    static std::mutex lock;
-    const std::lock_guard<std::mutex> guard (lock);
-    std::cout << line << std::endl;
-}
+using applications::say;
 
 /** Answers with a pong of its number. */
 class PingMessage : public Message

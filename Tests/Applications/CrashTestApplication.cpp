@@ -9,6 +9,7 @@
 //   CrashTestApplication after-stop KIND  crashes in removeLibraries, once the program is gone
 //   CrashTestApplication no-program KIND  crashes with a started exception filter and no program
 // It says "started" before it crashes.
+#include "ApplicationSupport.h"
 #include <Tov/Network/InterprocessConnection.h>
 #include <Tov/Standard/CrashDump.h>
 #include <Tov/Standard/ExecutionContext.h>
@@ -19,7 +20,6 @@
 #include <cfenv>
 #include <csignal>
 #include <fcntl.h>
-#include <iostream>
 #include <pthread.h>
 #include <stdexcept>
 #include <sys/mman.h>
@@ -32,10 +32,7 @@ namespace
 juce::String kind, threadKind;
 int numLines = 0;
 
-void say (const juce::String& line)
-{
-    std::cout << line << std::endl;
-}
+using applications::say;
 
 int recurse (int depth)
 {

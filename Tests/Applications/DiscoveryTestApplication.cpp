@@ -7,6 +7,7 @@
 // each other sender that it hears, "found ADDRESS ALIVETIME_MS OBJECT" with the object rebuilt
 // from the packet, told the same way; warnings and errors as "warning: " and "error: " lines. Runs until
 // its standard input ends, then says "bye".
+#include "ApplicationSupport.h"
 #include "Network/ServerAnnouncement.h"
 #include <Tov/Core/Library.h>
 #include <Tov/Core/State.h>
@@ -24,10 +25,7 @@ using namespace tov;
 
 namespace
 {
-void say (const juce::String& line)
-{
-    std::cout << line << std::endl;
-}
+using applications::say;
 
 struct SayingView : public ExecutionContextView
 {

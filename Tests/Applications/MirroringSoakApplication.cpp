@@ -22,7 +22,6 @@
 #include <Tov/Message/RemoteCall/MethodRemoteCall.h>
 #include <juce_events/juce_events.h>
 #include <fstream>
-#include <iostream>
 
 using namespace tov;
 
@@ -210,7 +209,7 @@ void PausedMessage::process (ExecutionContext& context, const Object& senderIden
         if (sourceHash != nullptr)
             sourceHash->deleteThis();
     }
-    std::cout << mirrorName << " round " << round.get() << (same ? " equal" : " different") << " rss " << residentKilobytes() << std::endl;
+    applications::say (mirrorName + " round " + juce::String (round.get()) + (same ? " equal" : " different") + " rss " + juce::String (residentKilobytes()));
 
     auto* answer = new ComparedMessage();
     answer->round.set (round.get(), false);
@@ -334,10 +333,10 @@ int runSource (int port, double seconds, int numMirrors)
     applications::ForwardingServer server (port, [] {});
     if (! server.startServer (source.getExecutionContext()))
         return 1;
-    std::cout << "listening" << std::endl;
+    applications::say ("listening");
     if (! runUntil (&server, [&] { return space.getMirrorer() != nullptr && (int) space.getMirrorer()->getNumTargets() == numMirrors; }, 60.0))
         return 3;
-    std::cout << "source: " << numMirrors << " mirrors, " << space.getNumObjects() << " objects" << std::endl;
+    applications::say ("source: " + juce::String (numMirrors) + " mirrors, " + juce::String ((juce::int64) space.getNumObjects()) + " objects");
 
     const auto start = juce::Time::getMillisecondCounterHiRes();
     int64_t numEdits = 0, round = 0;
@@ -358,10 +357,10 @@ int runSource (int port, double seconds, int numMirrors)
         if (! runUntil (&server, [&] { return numCompared >= expected; }, 30.0))
             return 3;
     }
-    std::cout << "source: " << round << " rounds, " << numDifferences.load() << " differences, " << numEdits << " edits" << std::endl;
+    applications::say ("source: " + juce::String (round) + " rounds, " + juce::String (numDifferences.load()) + " differences, " + juce::String (numEdits) + " edits");
     space.pushMessageToMirroringTargets (new FinishedMessage());
     runUntil (&server, [] { return false; }, 0.5);
-    std::cout << "finished" << std::endl;
+    applications::say ("finished");
     server.stopServer (source.getExecutionContext());
     source.stopService (5000);
     return 0;

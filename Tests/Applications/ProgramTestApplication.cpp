@@ -3,9 +3,9 @@
 // --single      a second instance is not allowed
 // --hold        runs until its standard input ends
 // --refuse      programStarted fails
+#include "ApplicationSupport.h"
 #include <Tov/Standard/Program.h>
 #include <juce_events/juce_events.h>
-#include <iostream>
 #include <unistd.h>
 
 namespace
@@ -16,10 +16,7 @@ bool hasOption (const char* option)
     return juce::JUCEApplicationBase::getCommandLineParameterArray().contains (option);
 }
 
-void say (const juce::String& line)
-{
-    std::cout << line << std::endl;
-}
+using tov::applications::say;
 
 // Waits for the end of standard input, then asks the application to quit.
 class StandardInputWatcher : public juce::Thread

@@ -9,7 +9,6 @@
 #include "ApplicationSupport.h"
 #include <juce_events/juce_events.h>
 #include <atomic>
-#include <iostream>
 #include <thread>
 #include <unistd.h>
 
@@ -35,15 +34,15 @@ void run (int port)
     applications::ForwardingServer server (port, []
     {
         if (++numReceived == 2)
-            std::cout << "stalling" << std::endl;
+            applications::say ("stalling");
         blockArrived.signal();
     });
     if (! server.startServer (service.getExecutionContext()))
     {
-        std::cout << "could not listen" << std::endl;
+        applications::say ("could not listen");
         return;
     }
-    std::cout << "listening" << std::endl;
+    applications::say ("listening");
     while (inputOpen)
     {
         server.updateServer();

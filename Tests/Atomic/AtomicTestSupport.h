@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Support/ChangeCallback.h"
+#include "Support/ChangeCounter.h"
 #include "Support/TestValues.h"
 #include <Tov/Atomic/Atomic.h>
 #include <Tov/Core/ClassRegistry.h>
@@ -55,25 +57,5 @@ inline ParseOutcome parse (Number& number, const juce::String& text)
     outcome.result = number.parseNumber (text, outcome.error);
     return outcome;
 }
-
-/** Counts the changed() calls that reach an object. */
-class ChangeCounter : public View
-{
-public:
-    explicit ChangeCounter (Object& object)   { attachObject (&object); }
-    void changedCallback (Object*, Object*) override { ++count; }
-    int count = 0;
-};
-
-/** Calls a function of the test at each changed() of the object it watches. */
-class ChangeCallback : public View
-{
-public:
-    ChangeCallback (Object& object, std::function<void()> callback) : callback (std::move (callback)) { attachObject (&object); }
-    void changedCallback (Object*, Object*) override   { callback(); }
-
-private:
-    std::function<void()> callback;
-};
 
 } // namespace tov::test

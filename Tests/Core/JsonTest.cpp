@@ -212,7 +212,8 @@ TEST_F (JsonBridgeTest, CreateObjectFromJson)
 
 TEST_F (JsonBridgeTest, FileRoundTripWithCrlfLines)
 {
-    const auto file = juce::File::createTempFile ("json");
+    const juce::TemporaryFile temporary (".json");
+    const auto& file = temporary.getFile();
     SoftwareVersion version ("player", "beta", 4, 5, 6, "c0ffee");
     ASSERT_TRUE (saveObjectToJsonFile (version, file));
     EXPECT_EQ (file.loadFileAsString(), "{\r\n  \"program\": \"player\",\r\n  \"branch\": \"beta\",\r\n  \"major\": 4,\r\n"
@@ -221,28 +222,27 @@ TEST_F (JsonBridgeTest, FileRoundTripWithCrlfLines)
     SoftwareVersion copy;
     EXPECT_TRUE (loadObjectFromJsonFile (file, copy));
     EXPECT_TRUE (copy.equals (version));
-    file.deleteFile();
 }
 
 TEST_F (JsonBridgeTest, TriggerCountsDoNotLoadBackFromText)
 {
     // A count saves as a 64-bit integer, but JSON text gives small numbers back as 32-bit ones,
     // which a trigger refuses: a document with triggers goes through text without defaults.
-    const auto file = juce::File::createTempFile ("json");
+    const juce::TemporaryFile temporary (".json");
+    const auto& file = temporary.getFile();
     ASSERT_TRUE (saveObjectToJsonFile (*sample, file));
     auto copy = createOwned<JsonSample>();
     EXPECT_FALSE (loadObjectFromJsonFile (file, *copy));
     EXPECT_EQ (context.errors.size(), (size_t) 0);
-    file.deleteFile();
 }
 
 TEST_F (JsonBridgeTest, FileThatIsMissingOrNotJsonDoesNotLoad)
 {
-    const auto file = juce::File::createTempFile ("json");
+    const juce::TemporaryFile temporary (".json");
+    const auto& file = temporary.getFile();
     EXPECT_FALSE (loadObjectFromJsonFile (file, *sample));
     file.replaceWithText ("not json");
     EXPECT_FALSE (loadObjectFromJsonFile (file, *sample));
-    file.deleteFile();
 }
 
 TEST_F (JsonBridgeTest, TextRoundTrip)

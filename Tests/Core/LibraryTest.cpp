@@ -1,3 +1,4 @@
+#include "Support/ScratchDirectory.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/AutoDeclaredSingletons.h>
 #include <Tov/Core/ClassRegistry.h>
@@ -342,7 +343,8 @@ TEST (DynamicallyLinkedLibraryTest, WrongLibraryKind)
 
 TEST (DynamicallyLinkedLibraryTest, FindFromDirectory)
 {
-    const auto directory = juce::File::createTempFile ("plugins");
+    const ScratchDirectory scratch;
+    const auto& directory = scratch.getFile();
     EXPECT_TRUE (DynamicallyLinkedLibrary::findFromDirectory (directory, "modules").isEmpty());
     directory.getChildFile ("modules").createDirectory();
     directory.getChildFile ("modules/libone.so").create();
@@ -356,7 +358,6 @@ TEST (DynamicallyLinkedLibraryTest, FindFromDirectory)
     EXPECT_EQ (files[0].getFileName(), "libone.so");
     EXPECT_EQ (DynamicallyLinkedLibrary::getFullNameFromReducedName ("one", true), "libone.so");
     EXPECT_EQ (DynamicallyLinkedLibrary::getFullNameFromReducedName ("one", false), "libone");
-    directory.deleteRecursively();
 }
 
 //==============================================================================

@@ -1,4 +1,5 @@
 #include "Support/LogTestSupport.h"
+#include "Support/RecordingExecutionContext.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/ClassRegistry.h>
 #include <Tov/Core/ConverterClassGenerators.h>
@@ -245,17 +246,9 @@ TEST_F (ObjectConverterTest, ACanConvertThatRefusesHidesTheConverterAndAFailingC
     OwnedPointer<Rectangle> full (create<Rectangle>());
     auto* converter = converters().getFirstConverter (full, target.getClass());
     ASSERT_EQ (converter, converters().getConverter (2));
-    std::vector<juce::String> errors;
-    ExecutionContext context;
-    struct ErrorView : public ExecutionContextView
-    {
-        explicit ErrorView (std::vector<juce::String>& e) : errors (e) {}
-        void errorCallback (const juce::String& message, const Object*) override { errors.push_back (message); }
-        std::vector<juce::String>& errors;
-    };
-    context.addView (new ErrorView (errors));
+    tov::testing::RecordingExecutionContext context;
     EXPECT_FALSE (full.convertTo (context, target));
-    EXPECT_EQ (errors, std::vector<juce::String> { "no room" });
+    EXPECT_EQ (context.errors, std::vector<juce::String> { "no room" });
 }
 
 TEST_F (ObjectConverterTest, IsConvertibleToAsksTheConvertersBeforeTheTarget)

@@ -1,3 +1,4 @@
+#include "Support/ScratchDirectory.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectImporter.h>
 #include <Tov/Core/StateObjectExporter.h>
@@ -305,8 +306,8 @@ TEST (ObjectExportTest, HashCountsReadOnlyVariables)
 
 TEST (ObjectExportTest, ObjectsSaveToFilesWithoutDefaultsAndLoadBackEqual)
 {
-    const auto directory = juce::File::createTempFile ("objects");
-    directory.createDirectory();
+    const ScratchDirectory scratch;
+    const auto& directory = scratch.getFile();
     const auto file = directory.getChildFile ("shape.txt");
     juce::String log;
     ToStringExecutionContext context (log);
@@ -324,7 +325,6 @@ TEST (ObjectExportTest, ObjectsSaveToFilesWithoutDefaultsAndLoadBackEqual)
 
     EXPECT_FALSE (loaded->loadFromFile (context, directory.getChildFile ("missing.txt")));
     EXPECT_EQ (log, "Error: File " + directory.getChildFile ("missing.txt").getFullPathName() + " does not exist\n");
-    directory.deleteRecursively();
 }
 
 TEST (ObjectExportTest, CloneObjectRemapsIdentifiers)

@@ -1,4 +1,5 @@
 #include "Support/RecordingSpaceView.h"
+#include "Support/ScopedErrorCapture.h"
 #include "Support/TestValues.h"
 #include <Tov/Core/ObjectSpace.h>
 #include <Tov/Standard/ExecutionContext.h>
@@ -487,22 +488,12 @@ TEST (ObjectTest, ApplyingConstraintsOnParentsStopsAtHeapObject)
 
 TEST (ObjectTest, DeletingInsideChangedLogsTheErrorLine)
 {
-    juce::String log;
-    auto& context = ExecutionContext::get();
-    struct Capture : public ExecutionContextView
-    {
-        juce::String& text;
-        explicit Capture (juce::String& t) : text (t) {}
-        void errorCallback (const juce::String& message, const Object*) override { text << message; }
-    };
-    auto* view = new Capture (log);
-    context.addView (view);
+    ScopedErrorCapture capture;
     {
         Empty object;
         object.setUniqueIdentifier (UniqueIdentifier (0x2a));
         object.setFlag (Object::insideChangedFlag);
     }
-    context.deleteView (view);
-    EXPECT_EQ (log, "We are about to delete an object that is inside changed(). Imminent probable crash! UID = 2a, "
-                    "space = <none>, flags = 6, referenceCounter = 2694881440, numChanges = 0");
+    EXPECT_EQ (capture.errors, std::vector<juce::String> { "We are about to delete an object that is inside changed(). Imminent probable crash! "
+                                                           "UID = 2a, space = <none>, flags = 6, referenceCounter = 2694881440, numChanges = 0" });
 }

@@ -1,6 +1,7 @@
 #include <Tov/Core/State.h>
 #include <Support/RandomTreeGenerator.h>
 #include <Support/RecordingExecutionContext.h>
+#include <Support/ScratchDirectory.h>
 #include <gtest/gtest.h>
 #include <lz4.h>
 #include <csignal>
@@ -8,21 +9,13 @@
 #include <unistd.h>
 
 using namespace tov;
+using tov::test::ScratchDirectory;
 using tov::testing::RandomTreeGenerator;
 using tov::testing::forEachNode;
 using tov::testing::RecordingExecutionContext;
 
 namespace
 {
-/** A fresh directory for one test, removed afterwards. */
-struct ScratchDirectory
-{
-    juce::File directory = juce::File::createTempFile ("stateFiles");
-    ScratchDirectory()  { directory.createDirectory(); }
-    ~ScratchDirectory() { directory.deleteRecursively(); }
-    juce::File operator/ (const char* name) const { return directory.getChildFile (name); }
-};
-
 std::shared_ptr<State> parseText (const char* text)
 {
     RecordingExecutionContext context;
@@ -77,12 +70,12 @@ TEST (StateFileTest, FilePairRoundTripOfRandomTreesWithBuffers)
     for (int i = 0; i < 200; ++i)
     {
         auto tree = generator.makeTree (4);
-        const auto file = scratch / "document.txt";
+        const auto file = scratch.getChildFile ("document.txt");
         ASSERT_TRUE (tree->saveToFile (context, file));
         auto back = State::createFromStateFile (context, file);
         ASSERT_NE (back, nullptr);
         ASSERT_TRUE (back->equals (*expectedFromFile (*tree))) << tree->toShortString();
-        (scratch / "document.txt.bin").deleteFile();
+        scratch.getChildFile ("document.txt.bin").deleteFile();
     }
     EXPECT_TRUE (context.errors.empty());
 }
@@ -91,10 +84,10 @@ TEST (StateFileTest, SiblingOnlyWhenThereAreBuffers)
 {
     ScratchDirectory scratch;
     RecordingExecutionContext context;
-    const auto file = scratch / "scene.txt";
+    const auto file = scratch.getChildFile ("scene.txt");
     ASSERT_TRUE (parseText ("{a = 1, b = \"two\"}")->saveToFile (context, file));
     EXPECT_TRUE (file.existsAsFile());
-    EXPECT_FALSE ((scratch / "scene.txt.bin").exists());
+    EXPECT_FALSE (scratch.getChildFile ("scene.txt.bin").exists());
 
     State withBuffer;
     withBuffer.addVariable ("data", std::make_shared<State> ((uint64_t) 4, (void*) "\x01\x02\x03\x04", true));
@@ -102,19 +95,19 @@ TEST (StateFileTest, SiblingOnlyWhenThereAreBuffers)
     ASSERT_TRUE (withBuffer.saveToFile (context, file));
     EXPECT_EQ (file.loadFileAsString(), "{data = [0 4], more = [4 2]}\n");
     juce::MemoryBlock sibling;
-    ASSERT_TRUE ((scratch / "scene.txt.bin").loadFileAsData (sibling));
+    ASSERT_TRUE (scratch.getChildFile ("scene.txt.bin").loadFileAsData (sibling));
     EXPECT_EQ (sibling, juce::MemoryBlock ("\x01\x02\x03\x04\x05\x06", 6));
     auto back = State::createFromStateFile (context, file);
     ASSERT_NE (back, nullptr);
     EXPECT_TRUE (back->equals (withBuffer));
     EXPECT_TRUE (context.errors.empty());
-    EXPECT_EQ (scratch.directory.findChildFiles (juce::File::findFiles, false).size(), 2);
+    EXPECT_EQ (scratch.getFile().findChildFiles (juce::File::findFiles, false).size(), 2);
 }
 
 TEST (StateFileTest, BufferWithoutSiblingReadsEmptyWithoutReport)
 {
     ScratchDirectory scratch;
-    const auto file = scratch / "lonely.txt";
+    const auto file = scratch.getChildFile ("lonely.txt");
     file.replaceWithText ("[0 4]");
     RecordingExecutionContext context;
     auto state = State::createFromStateFile (context, file);
@@ -129,26 +122,26 @@ TEST (StateFileTest, DirectoriesAndMissingFiles)
 {
     ScratchDirectory scratch;
     RecordingExecutionContext context;
-    (scratch / "folder").createDirectory();
-    EXPECT_FALSE (State ((int64_t) 1).saveToFile (context, scratch / "folder"));
-    EXPECT_EQ (State::createFromStateFile (context, scratch / "folder"), nullptr);
-    EXPECT_EQ (State::createFromStateFile (context, scratch / "missing.txt"), nullptr);
+    scratch.getChildFile ("folder").createDirectory();
+    EXPECT_FALSE (State ((int64_t) 1).saveToFile (context, scratch.getChildFile ("folder")));
+    EXPECT_EQ (State::createFromStateFile (context, scratch.getChildFile ("folder")), nullptr);
+    EXPECT_EQ (State::createFromStateFile (context, scratch.getChildFile ("missing.txt")), nullptr);
     ASSERT_EQ (context.errors.size(), 3u);
     EXPECT_EQ (context.errors[0], "folder is a directory.");
-    EXPECT_EQ (context.errors[1], "File " + (scratch / "folder").getFullPathName() + " is a directory");
-    EXPECT_EQ (context.errors[2], "File " + (scratch / "missing.txt").getFullPathName() + " does not exist");
+    EXPECT_EQ (context.errors[1], "File " + scratch.getChildFile ("folder").getFullPathName() + " is a directory");
+    EXPECT_EQ (context.errors[2], "File " + scratch.getChildFile ("missing.txt").getFullPathName() + " does not exist");
 }
 
 TEST (StateFileTest, TemporaryFilesDoNotCollide)
 {
     ScratchDirectory scratch;
-    const auto first = State::createTemporaryFileFrom ("scene.txt", scratch.directory);
+    const auto first = State::createTemporaryFileFrom ("scene.txt", scratch.getFile());
     first.create();
-    const auto second = State::createTemporaryFileFrom ("scene.txt", scratch.directory);
+    const auto second = State::createTemporaryFileFrom ("scene.txt", scratch.getFile());
     EXPECT_NE (first, second);
     EXPECT_TRUE (first.getFileName().startsWith ("_temp_"));
     EXPECT_EQ (first.getFileExtension(), ".txt");
-    EXPECT_EQ (first.getParentDirectory(), scratch.directory);
+    EXPECT_EQ (first.getParentDirectory(), scratch.getFile());
 }
 
 TEST (StateFileTest, Lz4Buffers)
@@ -180,7 +173,7 @@ TEST (StateFileTest, Lz4Buffers)
 TEST (StateFileTest, KilledSaveLeavesTheOldOrTheNewDocument)
 {
     ScratchDirectory scratch;
-    const auto file = scratch / "large.txt";
+    const auto file = scratch.getChildFile ("large.txt");
     RandomTreeGenerator generator (7);
     std::shared_ptr<State> documents[2];
     for (auto& document : documents)

@@ -1,11 +1,12 @@
 // The studio example's scripted session, run as the README's main command runs it: an editor
 // process that starts a viewer process, in a scratch home folder.
-#include "Network/ConnectionTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
+#include "Support/Waiting.h"
 #include <gtest/gtest.h>
 #include <regex>
 #include <sstream>
-#include <thread>
 
 using namespace tov::test;
 
@@ -14,18 +15,8 @@ namespace
 class StudioExampleTest : public ::testing::Test
 {
 protected:
-    /** One per test: CTest runs the tests of a suite side by side. */
-    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("StudioExampleTest")
-                          .getChildFile (::testing::UnitTest::GetInstance()->current_test_info()->name()) };
+    ScratchDirectory home;
     juce::File programData = home.getChildFile (".config/StudioExample");
-
-    void SetUp() override
-    {
-        home.deleteRecursively();
-        home.createDirectory();
-    }
-
-    void TearDown() override { home.deleteRecursively(); }
 
     /** Runs a session to its end: its exit code, and its own lines (debug output left out) in
         lines, with what changes from run to run replaced by names in angle brackets. */
@@ -87,8 +78,7 @@ TEST_F (StudioExampleTest, TheSessionLeavesItsConfigurationLogsAndSceneAndCounts
     const auto firstStart = juce::Time::currentTimeMillis() / 1000;
     ASSERT_EQ (runSession (first), 0);
     // Log files are named by their start time in seconds: the second run starts in another second.
-    while (juce::Time::currentTimeMillis() / 1000 == firstStart)
-        std::this_thread::yield();
+    ASSERT_TRUE (waitUntil ([&] { return juce::Time::currentTimeMillis() / 1000 != firstStart; }, 5000));
     ASSERT_EQ (runSession (second), 0);
     ASSERT_FALSE (second.empty());
     EXPECT_EQ (second[0].substr (0, 14), "studio: run 2,");

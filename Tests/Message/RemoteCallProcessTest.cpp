@@ -1,5 +1,7 @@
 #include "RemoteCallTestSupport.h"
 #include "Network/ConnectionTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
 #include <Tov/Message/InterprocessConnectionMessageTarget.h>
 #include <Tov/Standard/Program.h>
@@ -17,7 +19,7 @@ class RemoteCallProcessTest : public RemoteCallTestBase
 {
 protected:
     const int port = findFreePort();
-    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("RemoteCallProcessTest") };
+    ScratchDirectory home;
     std::vector<juce::String> lines;
     PeerService service { "Caller" };
     TestPeer& caller = service.addPeer (makeIdentifier (1));
@@ -27,8 +29,6 @@ protected:
 
     void SetUp() override
     {
-        home.deleteRecursively();
-        home.createDirectory();
         ASSERT_TRUE (service.startService (true));
         addLineRecordingView (service.context, lines);
         callee = std::make_unique<TestProcess> (juce::StringArray { juce::String (TOV_REMOTE_CALL_TEST_APPLICATION_PATH), juce::String (port) },
@@ -42,7 +42,6 @@ protected:
         client.disconnect();
         client.setListener (nullptr);
         callee.reset();
-        home.deleteRecursively();
     }
 
     MessageTarget& farCallee()

@@ -1,5 +1,6 @@
 #include "ConnectionTestSupport.h"
 #include "Support/DebugOutputCapture.h"
+#include "Support/FreePort.h"
 #include <Tov/Network/TcpSocket.h>
 
 using namespace tov;

@@ -1,5 +1,5 @@
 #include "ConnectionTestSupport.h"
-#include <Tov/Network/TcpSocket.h>
+#include "Support/Waiting.h"
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/ExecutionContextView.h>
 
@@ -14,24 +14,6 @@ juce::MemoryBlock blockOf (const std::string& text)
 std::string textOf (const juce::MemoryBlock& block)
 {
     return std::string (static_cast<const char*> (block.getData()), block.getSize());
-}
-
-bool waitUntil (const std::function<bool()>& condition, int timeOutMilliseconds)
-{
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
-    while (! condition())
-    {
-        if ((int) (deadline - juce::Time::getMillisecondCounter()) <= 0)
-            return false;
-        juce::Thread::sleep (1);
-    }
-    return true;
-}
-
-int findFreePort()
-{
-    auto listener = TcpSocket::listen ("127.0.0.1", 0);
-    return listener != nullptr ? listener->getBoundPort() : -1;
 }
 
 //==============================================================================

@@ -17,12 +17,6 @@ namespace tov::test
 juce::MemoryBlock blockOf (const std::string& text);
 std::string textOf (const juce::MemoryBlock& block);
 
-/** Checks the condition on the calling thread until it holds; false after the time-out. */
-bool waitUntil (const std::function<bool()>& condition, int timeOutMilliseconds = 20000);
-
-/** A port of 127.0.0.1 that nobody listened on a moment ago. */
-int findFreePort();
-
 /** Things that happened on other threads, kept in order, with a wait for a condition on them. */
 class EventRecord
 {

@@ -1,4 +1,5 @@
 #include "DiscoveryTestSupport.h"
+#include "Support/Waiting.h"
 #include <Tov/Core/State.h>
 #include <Tov/Core/StateObjectExporter.h>
 

@@ -1,6 +1,8 @@
 #include "ConnectionTestSupport.h"
 #include "Message/MessageTestSupport.h"
 #include "Support/DeletionWatcher.h"
+#include "Support/FreePort.h"
+#include "Support/Waiting.h"
 #include <Tov/Message/InterprocessConnectionMessageTarget.h>
 #include <Tov/Message/RemoteTargetIdentifier.h>
 #include <Tov/Network/InterprocessConnectionTable.h>

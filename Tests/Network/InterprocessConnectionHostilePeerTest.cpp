@@ -1,6 +1,7 @@
 #include "ConnectionTestSupport.h"
 #include "Message/MessageTestSupport.h"
 #include "Support/DebugOutputCapture.h"
+#include "Support/Waiting.h"
 #include <Tov/Message/Envelop.h>
 #include <Tov/Network/FrameReader.h>
 #include <Tov/Network/TcpSocket.h>
@@ -51,19 +52,15 @@ protected:
     /** True once the server has closed the connection: the peer reads the end of the stream. */
     bool peerSeesTheEnd()
     {
-        const auto deadline = juce::Time::getMillisecondCounter() + 20000;
-        while ((int) (deadline - juce::Time::getMillisecondCounter()) > 0)
+        return waitUntil ([this]
         {
             pollfd descriptor { peer->getHandle(), POLLIN, 0 };
-            if (poll (&descriptor, 1, 100) > 0)
-            {
-                char byte;
-                const auto received = recv (peer->getHandle(), &byte, 1, MSG_DONTWAIT);
-                if (received == 0 || (received < 0 && errno != EAGAIN))
-                    return true;
-            }
-        }
-        return false;
+            if (poll (&descriptor, 1, 100) <= 0)
+                return false;
+            char byte;
+            const auto received = recv (peer->getHandle(), &byte, 1, MSG_DONTWAIT);
+            return received == 0 || (received < 0 && errno != EAGAIN);
+        });
     }
 
     std::vector<std::string> blocks() const

@@ -1,4 +1,5 @@
-#include "ConnectionTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
 #include <gtest/gtest.h>
 #include <regex>
@@ -16,20 +17,8 @@ class InterprocessConnectionProcessTest : public ::testing::Test
 protected:
     const int port = findFreePort();
     const juce::String portText { port };
-    std::map<juce::String, juce::String> environment;
-    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("ConnectionProcessTest") };
-
-    void SetUp() override
-    {
-        home.deleteRecursively();
-        home.createDirectory();
-        environment = { { "HOME", home.getFullPathName() }, { "ProgramData", home.getFullPathName() } };
-    }
-
-    void TearDown() override
-    {
-        home.deleteRecursively();
-    }
+    ScratchDirectory home;
+    const std::map<juce::String, juce::String> environment { { "HOME", home.getFullPathName() }, { "ProgramData", home.getFullPathName() } };
 
     std::unique_ptr<TestProcess> start (const juce::String& mode)
     {

@@ -1,5 +1,7 @@
 #include "ConnectionTestSupport.h"
 #include "Support/DebugOutputCapture.h"
+#include "Support/FreePort.h"
+#include "Support/Waiting.h"
 #include <Tov/Network/InterprocessConnectionTable.h>
 #include <algorithm>
 #include <future>

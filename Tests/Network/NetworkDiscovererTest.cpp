@@ -4,6 +4,7 @@
 #include "Support/DeletionWatcher.h"
 #include "Support/RecordingExecutionContext.h"
 #include "Support/TestValues.h"
+#include "Support/Waiting.h"
 #include <Tov/Core/State.h>
 
 using namespace tov;

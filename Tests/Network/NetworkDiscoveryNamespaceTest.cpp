@@ -4,6 +4,7 @@
 #include "Support/LogTestSupport.h"
 #include "Support/RecordingExecutionContext.h"
 #include "Support/TestValues.h"
+#include "Support/Waiting.h"
 
 using namespace tov;
 using namespace tov::test;

@@ -1,4 +1,5 @@
 #include "PointerTestSupport.h"
+#include "Support/ScopedErrorCapture.h"
 #include <Tov/Core/StateObjectExporter.h>
 
 using namespace tov;
@@ -111,18 +112,11 @@ TEST_F (WeakPointerTest, ATargetOfTheWrongClassResetsThePointerWithAWarning)
     root->link.set (VariableAddress (stranger), false);
     ASSERT_FALSE (root->link.getAddress().isNull());
 
-    std::vector<juce::String> warnings;
-    struct Recorder : ExecutionContextView
-    {
-        std::vector<juce::String>& warnings;
-        explicit Recorder (std::vector<juce::String>& warnings) : warnings (warnings) {}
-        void warningCallback (const juce::String& message, const Object*) override { warnings.push_back (message); }
-    };
-    service.context.addView (new Recorder (warnings));
+    const ScopedErrorCapture capture (service.context);
 
     EXPECT_EQ (root->link.get(), nullptr);
     EXPECT_TRUE (root->link.getAddress().isNull());
-    EXPECT_EQ (warnings, (std::vector<juce::String> {
+    EXPECT_EQ (capture.warnings, (std::vector<juce::String> {
         "Warning: wrong type in weak pointer, expected Node, found Stranger => reseting pointer scene -> root -> Link" }));
 }
 

@@ -1,6 +1,7 @@
 #include "Atomic/AtomicTestSupport.h"
 #include "BufferTestSupport.h"
 #include "Support/RecordingExecutionContext.h"
+#include "Support/ScratchDirectory.h"
 #include <Tov/Core/ObjectExporter.h>
 #include <Tov/Core/StateObjectExporter.h>
 #include <Tov/Standard/BufferArray.h>
@@ -29,12 +30,9 @@ std::vector<uint8_t> bytesOfFile (const juce::File& file)
 class BufferFileTest : public ::testing::Test
 {
 protected:
-    juce::File directory = juce::File::getSpecialLocation (juce::File::tempDirectory).getNonexistentChildFile ("BufferFileTest", "");
+    ScratchDirectory directory;
     juce::File file = directory.getChildFile ("document.txt");
     juce::File sibling = directory.getChildFile ("document.txt.bin");
-
-    void SetUp() override      { ASSERT_TRUE (directory.createDirectory().wasOk()); }
-    void TearDown() override   { directory.deleteRecursively(); }
 
     static Owned<BufferArray> makeArray()
     {

@@ -1,5 +1,6 @@
 // Tests that start child processes.
 #include "../Support/LogTestSupport.h"
+#include "../Support/ScratchDirectory.h"
 #include <Tov/Standard/ConsoleProcess.h>
 #include <Tov/Standard/PosixConsoleProcess.h>
 #include <gtest/gtest.h>
@@ -23,10 +24,8 @@ std::unique_ptr<ConsoleProcess> start (const juce::String& executable, const juc
 class ConsoleProcessTest : public ::testing::Test
 {
 protected:
-    void SetUp() override       { ASSERT_TRUE (folder.createDirectory().wasOk()); }
-    void TearDown() override    { folder.deleteRecursively(); }
-
-    juce::File folder { juce::File::createTempFile ("consoleProcess") };
+    ScratchDirectory scratch;
+    const juce::File folder = scratch.getFile();
 };
 
 /** The hexadecimal mask of a line of /proc/<pid>/status ("SigIgn:\t0000000000001000"). */

@@ -1,6 +1,7 @@
 // Crashes of a small program in a process of its own: the exit code, the report in the log, the
 // dump and the crash log. The program's kinds of crash are listed in CrashTestApplication.cpp.
 #include "../Support/LogTestSupport.h"
+#include "../Support/ScratchDirectory.h"
 #include "../Support/TestProcess.h"
 #include <Tov/Standard/TimeText.h>
 #include <gtest/gtest.h>
@@ -49,7 +50,6 @@ class CrashProcessTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        root = juce::File::createTempFile ("crashProcess");
         ASSERT_TRUE (root.getChildFile ("home").createDirectory());
         ASSERT_TRUE (root.getChildFile ("data").createDirectory());
         environment = { { "HOME", root.getChildFile ("home").getFullPathName() },
@@ -59,8 +59,6 @@ protected:
             environment["TSAN_OPTIONS"] = juce::SystemStats::getEnvironmentVariable ("TSAN_OPTIONS", {}) + ":report_signal_unsafe=0";
     }
 
-    // The dumps are removed with the rest.
-    void TearDown() override   { root.deleteRecursively(); }
 
     /** Runs the application to its end; its exit code. A core of it is 100 MB or more: only the
         tests of the dump itself ask for one. */
@@ -155,7 +153,9 @@ protected:
         expectDump (getDumps(), getDescription());
     }
 
-    juce::File root;
+    // The dumps are removed with the rest.
+    ScratchDirectory scratch;
+    const juce::File root = scratch.getFile();
     std::map<juce::String, juce::String> environment;
     juce::Time before, after;
     std::string output;

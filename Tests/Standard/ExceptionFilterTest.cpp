@@ -1,6 +1,7 @@
 // The crash handler's parts that run without crashing: the report's texts, the dump's name and
 // directory, the handlers it installs and puts back. The crashes themselves: CrashProcessTest.
 #include "../Support/LogTestSupport.h"
+#include "../Support/ScratchDirectory.h"
 #include <Tov/Standard/Application.h>
 #include <Tov/Standard/CrashDump.h>
 #include <Tov/Standard/CrashReport.h>
@@ -204,13 +205,12 @@ TEST (CrashDumpTest, TheTimeOfTheNameIsTheTimeTextOfFileNames)
 
 TEST (CrashDumpTest, EnsureDirectoryCreatesEveryMissingParent)
 {
-    const auto root = juce::File::createTempFile ("crashDump");
+    const ScratchDirectory root;
     const auto deep = root.getChildFile ("a").getChildFile ("b").getChildFile ("dumps");
     EXPECT_TRUE (CrashDump::ensureDirectory (deep.getFullPathName().toRawUTF8()));
     EXPECT_TRUE (deep.isDirectory());
     EXPECT_TRUE (CrashDump::ensureDirectory (deep.getFullPathName().toRawUTF8()));
     EXPECT_FALSE (CrashDump::ensureDirectory ("/proc/no/such/dumps"));
-    root.deleteRecursively();
 }
 
 TEST (CrashDumpTest, WithoutAProgramTheDumpGoesToTheUserApplicationDataDirectory)

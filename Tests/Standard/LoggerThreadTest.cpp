@@ -1,4 +1,5 @@
 #include "../Support/LogTestSupport.h"
+#include "../Support/ScratchDirectory.h"
 #include <Tov/Standard/ExecutionContext.h>
 #include <Tov/Standard/LoggerExecutionContextView.h>
 #include <Tov/Standard/LoggerThread.h>
@@ -15,17 +16,8 @@ namespace
 
 struct LoggerThreadTest : public ::testing::Test
 {
-    LoggerThreadTest()
-    {
-        directory = juce::File::getSpecialLocation (juce::File::tempDirectory)
-                        .getChildFile ("tovLoggerThreadTest " + TestProgram::getCurrentTestName());
-        directory.deleteRecursively();
-        directory.createDirectory();
-    }
-
-    ~LoggerThreadTest() override { directory.deleteRecursively(); }
-
-    juce::File directory;
+    ScratchDirectory scratch;
+    const juce::File directory = scratch.getFile();
 };
 
 double zeroClock() { return 0.0; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ServiceTestSupport.h"
+#include "Support/ScratchDirectory.h"
 #include <gtest/gtest.h>
 
 namespace tov::test
@@ -13,14 +14,7 @@ class NativeFileFixture : public ::testing::Test
 protected:
     void SetUp() override
     {
-        folder = juce::File::createTempFile ("nativeFile");
-        ASSERT_TRUE (folder.createDirectory().wasOk());
         context.addView (new EventRecordingView (events));
-    }
-
-    void TearDown() override
-    {
-        folder.deleteRecursively();
     }
 
     /** A file in the folder with the text in it. */
@@ -32,7 +26,8 @@ protected:
         return file;
     }
 
-    juce::File folder;
+    ScratchDirectory scratch;
+    const juce::File folder = scratch.getFile();
     std::vector<juce::String> events;
     ExecutionContext context;
 };

@@ -1,5 +1,6 @@
 // Tests that start threads or processes.
 #include "../Support/LogTestSupport.h"
+#include "../Support/ScratchDirectory.h"
 #include "../Support/TestProcess.h"
 #include <Tov/Standard/Program.h>
 #include <Tov/Standard/TimeText.h>
@@ -20,7 +21,6 @@ class ProgramProcessTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        root = juce::File::createTempFile ("programProcess");
         ASSERT_TRUE (root.getChildFile ("home").createDirectory());
         ASSERT_TRUE (root.getChildFile ("data").createDirectory());
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
@@ -32,7 +32,6 @@ protected:
                         { "ProgramData", root.getChildFile ("data").getFullPathName() },
                         { "TZ", "UTC" }, { "DISPLAY", "" } };
     }
-    void TearDown() override   { root.deleteRecursively(); }
 
     std::unique_ptr<TestProcess> start (juce::StringArray arguments)
     {
@@ -42,7 +41,9 @@ protected:
         return process;
     }
 
-    juce::File root, application;
+    ScratchDirectory scratch;
+    const juce::File root = scratch.getFile();
+    juce::File application;
     juce::String executableName;
     std::map<juce::String, juce::String> environment;
 };

@@ -1,20 +1,15 @@
+#include "Support/ScratchDirectory.h"
 #include <Tov/Standard/SoftwareVersionFinder.h>
 #include <gtest/gtest.h>
 
 using namespace tov;
+using namespace tov::test;
 
 namespace
 {
 class SoftwareVersionFinderTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        root = juce::File::createTempFile ("finder");
-        ASSERT_TRUE (root.createDirectory());
-    }
-    void TearDown() override   { root.deleteRecursively(); }
-
     juce::File add (const juce::String& path)
     {
         auto file = root.getChildFile (path);
@@ -23,7 +18,8 @@ protected:
         return file;
     }
 
-    juce::File root;
+    ScratchDirectory scratch;
+    const juce::File root = scratch.getFile();
 };
 } // namespace
 

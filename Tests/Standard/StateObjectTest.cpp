@@ -1,29 +1,20 @@
+#include "Support/ChangeCounter.h"
 #include <Tov/Standard/StateObject.h>
 #include <Tov/Standard/ExecutionContext.h>
 #include <gtest/gtest.h>
 
 using namespace tov;
-
-namespace
-{
-class ChangeCounter : public View
-{
-public:
-    int changes = 0;
-    void changedCallback (Object*, Object*) override { ++changes; }
-};
-}
+using namespace tov::test;
 
 TEST (StateObjectTest, SetNotifiesOnlyWhenTheStateDiffers)
 {
     StateObject object;
-    ChangeCounter counter;
-    counter.attachObject (&object);
+    ChangeCounter counter (object);
     object.set (std::make_shared<State> ((int64_t) 1));
     object.set (std::make_shared<State> ((int64_t) 1));
-    EXPECT_EQ (counter.changes, 1);
+    EXPECT_EQ (counter.count, 1);
     object.set (std::make_shared<State> ((int64_t) 2), false);
-    EXPECT_EQ (counter.changes, 1);
+    EXPECT_EQ (counter.count, 1);
     EXPECT_EQ (object.get()->getInteger(), 2);
 }
 

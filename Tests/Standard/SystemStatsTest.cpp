@@ -1,4 +1,5 @@
 #include "../Support/RecordingExecutionContext.h"
+#include "../Support/ScratchDirectory.h"
 #include <Tov/Core/Class.h>
 #include <Tov/Core/State.h>
 #include <Tov/Atomic/EnumerationClass.h>
@@ -352,7 +353,8 @@ TEST (ProcessorStatsTest, AProcessorKeepsItsOldClassNameAndShowsItsTexts)
 
 TEST (ProcessorStatsTest, LogicalProcessorsComeFromTheTopologyOfTheirSocket)
 {
-    const auto root = juce::File::createTempFile ("cpus");
+    const tov::test::ScratchDirectory scratch;
+    const auto& root = scratch.getFile();
     const std::pair<const char*, int> cpus[] = { { "cpu0", 0 }, { "cpu1", 1 }, { "cpu2", 0 }, { "cpu10", 1 }, { "cpu3", 1 } };
     for (const auto& [name, package] : cpus)
     {
@@ -365,5 +367,4 @@ TEST (ProcessorStatsTest, LogicalProcessorsComeFromTheTopologyOfTheirSocket)
     EXPECT_EQ (ExtentedProcessorStats::readLogicalProcessors (root, 0), (std::vector<int> { 0, 2 }));
     EXPECT_EQ (ExtentedProcessorStats::readLogicalProcessors (root, 1), (std::vector<int> { 1, 3, 10 }));
     EXPECT_EQ (ExtentedProcessorStats::readLogicalProcessors (root, 2), (std::vector<int> {}));
-    root.deleteRecursively();
 }

@@ -1,5 +1,5 @@
 #include "TaskTestSupport.h"
-#include "Network/ConnectionTestSupport.h"
+#include "Support/Waiting.h"
 #include <memory>
 #include <thread>
 

@@ -5,7 +5,6 @@
 #include <Tov/Standard/TimeText.h>
 #include <cstdlib>
 #include <regex>
-#include <unistd.h>
 
 namespace tov::test
 {
@@ -55,21 +54,14 @@ ScopedHomeOnRamDisk::ScopedHomeOnRamDisk() : previousHome (juce::SystemStats::ge
     if (! ramDisk.isDirectory() || ! ramDisk.hasWriteAccess())
         return;
 
-    home = ramDisk.getChildFile ("tovTests " + juce::String (juce::SystemStats::getEnvironmentVariable ("USER", "user"))
-                                 + " " + juce::String ((int) ::getpid()));
-    home.deleteRecursively();
-    if (home.createDirectory())
-        ::setenv ("HOME", home.getFullPathName().toRawUTF8(), 1);
-    else
-        home = juce::File();
+    home = std::make_unique<ScratchDirectory> (ramDisk);
+    ::setenv ("HOME", home->getFullPathName().toRawUTF8(), 1);
 }
 
 ScopedHomeOnRamDisk::~ScopedHomeOnRamDisk()
 {
-    if (home == juce::File())
-        return;
-    ::setenv ("HOME", previousHome.toRawUTF8(), 1);
-    home.deleteRecursively();
+    if (home != nullptr)
+        ::setenv ("HOME", previousHome.toRawUTF8(), 1);
 }
 
 std::string readBytes (const juce::File& file)

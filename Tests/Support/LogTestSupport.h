@@ -1,8 +1,10 @@
 #pragma once
 
+#include "ScratchDirectory.h"
 #include <Tov/Standard/Program.h>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -77,7 +79,7 @@ public:
 
 private:
     juce::String previousHome;
-    juce::File home;
+    std::unique_ptr<ScratchDirectory> home;
 };
 
 /** A clock for block timings that tests set by hand. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ErrorRecordingView.h"
 #include <Tov/Standard/ExecutionContext.h>
 #include <vector>
 
@@ -12,7 +13,7 @@ class RecordingExecutionContext
 public:
     RecordingExecutionContext()
     {
-        context.addView (new Recorder (*this));
+        context.addView (new test::ErrorRecordingView (errors, warnings));
     }
 
     ExecutionContext& get() noexcept { return context; }
@@ -21,14 +22,6 @@ public:
     std::vector<juce::String> errors, warnings;
 
 private:
-    struct Recorder : public ExecutionContextView
-    {
-        explicit Recorder (RecordingExecutionContext& owner) : owner (owner) {}
-        void errorCallback (const juce::String& message, const Object*) override   { owner.errors.push_back (message); }
-        void warningCallback (const juce::String& message, const Object*) override { owner.warnings.push_back (message); }
-        RecordingExecutionContext& owner;
-    };
-
     ExecutionContext context;
 };
 

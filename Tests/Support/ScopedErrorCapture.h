@@ -1,35 +1,30 @@
 #pragma once
 
+#include "ErrorRecordingView.h"
 #include <Tov/Standard/ExecutionContext.h>
 #include <vector>
 
 namespace tov::test
 {
 
-/** Keeps, in order, the errors that reach the calling thread's context (ExecutionContext::get())
-    while it lives. */
+/** Keeps, in order, the errors and the warnings that reach a context while it lives: by default
+    the calling thread's context (ExecutionContext::get()). */
 class ScopedErrorCapture
 {
 public:
-    ScopedErrorCapture() : context (ExecutionContext::get()), view (new Recorder (errors))
+    explicit ScopedErrorCapture (ExecutionContext& context = ExecutionContext::get())
+        : context (context), view (new ErrorRecordingView (errors, warnings))
     {
         context.addView (view);
     }
 
     ~ScopedErrorCapture() { context.deleteView (view); }
 
-    std::vector<juce::String> errors;
+    std::vector<juce::String> errors, warnings;
 
 private:
-    struct Recorder : public ExecutionContextView
-    {
-        explicit Recorder (std::vector<juce::String>& errors) : errors (errors) {}
-        void errorCallback (const juce::String& message, const Object*) override { errors.push_back (message); }
-        std::vector<juce::String>& errors;
-    };
-
     ExecutionContext& context;
-    Recorder* view;
+    ErrorRecordingView* view;
 };
 
 } // namespace tov::test

@@ -1,3 +1,4 @@
+#include "Support/ScratchDirectory.h"
 #include <gtest/gtest.h>
 #include <juce_core/juce_core.h>
 #include <sys/wait.h>
@@ -15,10 +16,7 @@ struct ToolRun
 class StateToolTest : public ::testing::Test
 {
 protected:
-    juce::File directory = juce::File::createTempFile ("stateTool");
-
-    void SetUp() override    { directory.createDirectory(); }
-    void TearDown() override { directory.deleteRecursively(); }
+    tov::test::ScratchDirectory directory;
 
     juce::File file (const char* name) const { return directory.getChildFile (name); }
 

@@ -1,4 +1,5 @@
-#include "Network/ConnectionTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -14,19 +15,9 @@ class MirroringProcessTest : public ::testing::Test
 {
 protected:
     const int port = findFreePort();
-    /** One per test: CTest runs the tests of a suite side by side. */
-    juce::File home { juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("MirroringProcessTest")
-                          .getChildFile (::testing::UnitTest::GetInstance()->current_test_info()->name()) };
+    ScratchDirectory home;
     juce::File editorText = home.getChildFile ("editor.txt");
     juce::File viewerText = home.getChildFile ("viewer.txt");
-
-    void SetUp() override
-    {
-        home.deleteRecursively();
-        home.createDirectory();
-    }
-
-    void TearDown() override { home.deleteRecursively(); }
 
     std::unique_ptr<TestProcess> start (const juce::StringArray& arguments)
     {

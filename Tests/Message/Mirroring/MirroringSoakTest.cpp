@@ -1,4 +1,5 @@
-#include "Network/ConnectionTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/ScratchDirectory.h"
 #include "Support/TestProcess.h"
 #include <gtest/gtest.h>
 #include <regex>
@@ -39,9 +40,7 @@ TEST (MirroringSoakTest, TwoMirrorsOfRandomEditsStayEqualToTheSourceWithoutGrowi
 {
     const int port = findFreePort();
     const double seconds = soakSeconds();
-    const juce::File home (juce::File::getSpecialLocation (juce::File::tempDirectory).getChildFile ("MirroringSoakTest"));
-    home.deleteRecursively();
-    home.createDirectory();
+    const ScratchDirectory home;
     const std::map<juce::String, juce::String> environment { { "HOME", home.getFullPathName() } };
     const juce::String path (TOV_MIRRORING_SOAK_APPLICATION_PATH);
 
@@ -54,7 +53,6 @@ TEST (MirroringSoakTest, TwoMirrorsOfRandomEditsStayEqualToTheSourceWithoutGrowi
     EXPECT_EQ (source.waitForExit (timeOut), 0) << source.getOutput();
     EXPECT_EQ (first.waitForExit (30000), 0) << first.getOutput();
     EXPECT_EQ (second.waitForExit (30000), 0) << second.getOutput();
-    home.deleteRecursively();
 
     std::smatch summary;
     const auto& sourceOutput = source.getOutput();

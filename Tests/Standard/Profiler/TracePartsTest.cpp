@@ -1,6 +1,7 @@
 // The pieces of the trace stream's writer on their own: channels, packets, event types, the
 // tail, the buffer pool, the important events and the transport.
 #include "TraceTestSupport.h"
+#include "Support/FreePort.h"
 #include <Tov/Standard/Profiler/Trace/TraceBuffer.h>
 #include <Tov/Standard/Profiler/Trace/TraceChannel.h>
 #include <Tov/Standard/Profiler/Trace/TraceEventTypes.h>
@@ -255,7 +256,7 @@ TEST (TraceTransportTest, AFileThatCannotBeMadeOrAPortWithoutListenerFails)
 {
     TraceTransport transport;
     EXPECT_FALSE (transport.openFile (juce::File ("/nonexistent-folder/trace.utrace")));
-    const auto port = getPortWithoutListener();
+    const auto port = (uint16_t) findFreePort();
     EXPECT_FALSE (transport.connect ("127.0.0.1", port));
     EXPECT_FALSE (transport.takePendingHandle());
     EXPECT_FALSE (transport.send ("x", 1));

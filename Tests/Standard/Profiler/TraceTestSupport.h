@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/ScratchDirectory.h"
 #include <Tov/Standard/Profiler/Trace/TraceWriter.h>
 #include <TraceReader/TraceListener.h>
 #include <TraceReader/TraceReport.h>
@@ -38,6 +39,15 @@ inline std::vector<uint8_t> readStream (const juce::File& file)
     return { bytes, bytes + block.getSize() };
 }
 
+/** A trace file in a scratch directory of the test's own, removed with it. */
+struct TemporaryTrace
+{
+    ScratchDirectory folder;
+    const juce::File file = folder.getChildFile ("test.utrace");
+
+    std::vector<uint8_t> read() const   { return readStream (file); }
+};
+
 /** What tov-trace prints for the stream; "error: " and the reason after it when it is damaged. */
 inline std::string reportOf (const std::vector<uint8_t>& stream, bool dump)
 {
@@ -49,14 +59,6 @@ inline std::string reportOf (const std::vector<uint8_t>& stream, bool dump)
 
 inline std::string summaryOf (const std::vector<uint8_t>& stream)  { return reportOf (stream, false); }
 inline std::string dumpOf (const std::vector<uint8_t>& stream)     { return reportOf (stream, true); }
-
-/** A port of the loopback address on which nobody listens (it was free a moment ago). */
-inline uint16_t getPortWithoutListener()
-{
-    TraceListener listener;
-    listener.listen (0);
-    return listener.getPort();
-}
 
 /** The lines of the text that start with the prefix, in order. */
 inline std::vector<std::string> linesStartingWith (const std::string& text, const std::string& prefix)

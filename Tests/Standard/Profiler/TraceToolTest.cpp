@@ -1,5 +1,7 @@
 // The tov-trace program on files.
 #include "TraceTestSupport.h"
+#include "Support/FreePort.h"
+#include "Support/TestProcess.h"
 #include <Tov/Standard/Profiler/ProfilerScope.h>
 #include <Tov/Standard/Profiler/Trace/TracePacket.h>
 #include <Tov/Standard/Profiler/UnrealProfiler.h>
@@ -10,23 +12,31 @@ using namespace tov::test;
 
 namespace
 {
+constexpr int timeOut = 20000;
+
+/** The tool with the arguments; its output and error output go to one pipe. */
+std::unique_ptr<TestProcess> startTool (const juce::StringArray& arguments)
+{
+    juce::StringArray command (TOV_TRACE_TOOL_PATH);
+    command.addArray (arguments);
+    auto process = std::make_unique<TestProcess> (command, std::map<juce::String, juce::String>());
+    EXPECT_TRUE (process->isStarted());
+    return process;
+}
+
 struct ToolRun
 {
     int exitCode = -1;
     juce::String output;
 };
 
+/** Runs the tool to its end. A run that succeeds writes nothing to its error output. */
 ToolRun runTool (const juce::StringArray& arguments)
 {
-    juce::ChildProcess process;
-    juce::StringArray command (TOV_TRACE_TOOL_PATH);
-    command.addArray (arguments);
+    auto process = startTool (arguments);
     ToolRun run;
-    if (! process.start (command, juce::ChildProcess::wantStdOut))
-        return run;
-    run.output = process.readAllProcessOutput();
-    process.waitForProcessToFinish (20000);
-    run.exitCode = (int) process.getExitCode();
+    run.exitCode = process->waitForExit (timeOut);
+    run.output = process->getOutput();
     return run;
 }
 } // namespace
@@ -54,31 +64,23 @@ TEST (TraceToolTest, ADamagedFileExitsWith1AndAMissingOneWith2)
 
 TEST (TraceToolTest, ListenTakesAStreamFromTheProfilerAndPrintsIt)
 {
-    const auto port = getPortWithoutListener();
-    juce::ChildProcess process;
-    ASSERT_TRUE (process.start (juce::StringArray { TOV_TRACE_TOOL_PATH, "listen", juce::String (port), "summary" },
-                                juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr));
-    // The tool says when it listens; the profiler connects only then. A byte at a time, as
-    // JUCE's read waits until the whole buffer is filled.
-    juce::String output;
-    char byte = 0;
-    while (! output.contains ("listening on port " + juce::String (port) + "\n"))
-    {
-        ASSERT_EQ (process.readProcessOutput (&byte, 1), 1) << output;
-        output += juce::String::charToString (byte);
-    }
+    const auto port = findFreePort();
+    auto process = startTool ({ "listen", juce::String (port), "summary" });
+    // The tool says when it listens; the profiler connects only then.
+    const auto listening = "listening on port " + std::to_string (port) + "\n";
+    ASSERT_TRUE (process->waitForOutput ([&] (const std::string& output) { return output.find (listening) != std::string::npos; }, timeOut))
+        << process->getOutput();
     {
         auto options = makeTestOptions (false);
-        auto* profiler = new UnrealProfiler (options, "127.0.0.1", port);
+        auto* profiler = new UnrealProfiler (options, "127.0.0.1", (uint16_t) port);
         Profiler::set (profiler);
         for (int i = 0; i < 3; ++i)
             const ProfilerScope scope ("Listened");
         profiler->flushScopes();
         Profiler::set (nullptr);
     }
-    output += process.readAllProcessOutput();
-    EXPECT_TRUE (process.waitForProcessToFinish (20000));
-    EXPECT_EQ (process.getExitCode(), 0u);
+    EXPECT_EQ (process->waitForExit (timeOut), 0) << process->getOutput();
     // The first scope lasts 10 cycles more: its thread notes the clock for its first buffer.
-    EXPECT_TRUE (output.contains ("  \"Listened\" count=3 total=0.040us mean=0.013us\n")) << output;
+    const auto& output = process->getOutput();
+    EXPECT_NE (output.find ("  \"Listened\" count=3 total=0.040us mean=0.013us\n"), std::string::npos) << output;
 }

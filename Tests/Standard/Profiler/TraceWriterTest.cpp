@@ -1,5 +1,6 @@
 // The trace stream's writer as a whole, read back by tov-trace's reader.
 #include "TraceTestSupport.h"
+#include "Support/Waiting.h"
 #include <Tov/Standard/Profiler/Trace/TracePacket.h>
 #include <TraceReader/TraceListener.h>
 #include <gtest/gtest.h>
@@ -11,17 +12,6 @@ using namespace tov::test;
 
 namespace
 {
-
-/** A file in a fresh temporary folder, removed with it. */
-struct TemporaryTrace
-{
-    juce::TemporaryFile folder;
-    juce::File file;
-
-    TemporaryTrace() : file (folder.getFile().getChildFile ("test.utrace"))    { folder.getFile().createDirectory(); }
-    ~TemporaryTrace()                                                          { folder.getFile().deleteRecursively(); }
-    std::vector<uint8_t> read() const                                          { return readStream (file); }
-};
 
 /** Scopes described by event 7 on the calling thread, written at once. */
 void writeScopes (TraceWriter& writer, int numScopes)
@@ -237,14 +227,8 @@ TEST (TraceWriterTest, TheWorkerThreadRunsOnlyWhileTheWriterLives)
                 return true;
         return false;
     };
-    const auto waitFor = [&] (bool running)
-    {
-        // The thread's name appears in /proc once it runs: polled, with a time-out of 5 s.
-        const auto deadline = juce::Time::getMillisecondCounter() + 5000;
-        while (isWorkerRunning() != running && juce::Time::getMillisecondCounter() < deadline)
-            std::this_thread::yield();
-        return isWorkerRunning() == running;
-    };
+    // The thread's name appears in /proc once it runs: polled, with a time-out of 5 s.
+    const auto waitFor = [&] (bool running) { return waitUntil ([&] { return isWorkerRunning() == running; }, 5000); };
     EXPECT_TRUE (waitFor (false));
     {
         TraceWriter writer (makeTestOptions (true));

@@ -2,6 +2,7 @@
 // back by tov-trace's reader.
 #include "ProfilerTestSupport.h"
 #include "TraceTestSupport.h"
+#include "../../Support/FreePort.h"
 #include "../../Support/LogTestSupport.h"
 #include "../../Support/ScopedCommandLine.h"
 #include <Tov/Standard/Profiler/ProfilerCommandLine.h>
@@ -17,16 +18,6 @@ using namespace tov::test;
 
 namespace
 {
-
-struct TemporaryFolder
-{
-    juce::TemporaryFile temporary;
-    juce::File folder { temporary.getFile() };
-
-    TemporaryFolder()                       { folder.createDirectory(); }
-    ~TemporaryFolder()                      { folder.deleteRecursively(); }
-    juce::File getTrace() const             { return folder.getChildFile ("test.utrace"); }
-};
 
 /** The profiler, installed for the test on a file, and removed (which closes the stream) by finish(). */
 struct InstalledUnrealProfiler
@@ -65,9 +56,9 @@ struct Held
 
 TEST (UnrealProfilerTest, AScenarioWritesTheGoldenFileByteForByte)
 {
-    TemporaryFolder folder;
+    TemporaryTrace trace;
     {
-        InstalledUnrealProfiler installed (makeTestOptions (false), folder.getTrace());
+        InstalledUnrealProfiler installed (makeTestOptions (false), trace.file);
         auto& profiler = *installed.profiler;
         profiler.beginFrame();
         {
@@ -81,7 +72,7 @@ TEST (UnrealProfilerTest, AScenarioWritesTheGoldenFileByteForByte)
         profiler.setCounterDouble (load, 0.5);
         profiler.endFrame();
     }
-    const auto written = readStream (folder.getTrace());
+    const auto written = trace.read();
     const juce::File golden (TOV_TRACE_GOLDEN_FILE);
     if (! golden.existsAsFile())
     {
@@ -105,15 +96,15 @@ TEST (UnrealProfilerTest, AScenarioWritesTheGoldenFileByteForByte)
 
 TEST (UnrealProfilerTest, ANameOf2000CharactersIsWrittenAs1023)
 {
-    TemporaryFolder folder;
+    TemporaryTrace trace;
     const juce::String longName = juce::String::repeatedString ("abcdefghij", 200);
     {
-        InstalledUnrealProfiler installed (makeTestOptions (false), folder.getTrace());
+        InstalledUnrealProfiler installed (makeTestOptions (false), trace.file);
         const ProfilerScope scope (longName);
         installed.profiler->registerCounterInt (longName);
     }
     TraceStreamReader reader;
-    const auto stream = readStream (folder.getTrace());
+    const auto stream = trace.read();
     ASSERT_TRUE (reader.read (stream.data(), stream.size()));
     const TraceReport report (reader);
     ASSERT_EQ (report.getScopes().size(), 1u);
@@ -123,13 +114,13 @@ TEST (UnrealProfilerTest, ANameOf2000CharactersIsWrittenAs1023)
 
 TEST (UnrealProfilerTest, EachScopeWritesItsSpecAnew)
 {
-    TemporaryFolder folder;
+    TemporaryTrace trace;
     {
-        InstalledUnrealProfiler installed (makeTestOptions (false), folder.getTrace());
+        InstalledUnrealProfiler installed (makeTestOptions (false), trace.file);
         for (int i = 0; i < 3; ++i)
             const ProfilerScope scope ("Again");
     }
-    const auto dump = dumpOf (readStream (folder.getTrace()));
+    const auto dump = dumpOf (trace.read());
     EXPECT_EQ (linesStartingWith (dump, "important uid=18 CpuProfiler.EventSpec"), (std::vector<std::string> {
         "important uid=18 CpuProfiler.EventSpec Id=1 Name=\"Again\"",
         "important uid=18 CpuProfiler.EventSpec Id=2 Name=\"Again\"",
@@ -138,9 +129,9 @@ TEST (UnrealProfilerTest, EachScopeWritesItsSpecAnew)
 
 TEST (UnrealProfilerTest, ScopesOfSeveralThreadsReadBackExactly)
 {
-    TemporaryFolder folder;
+    TemporaryTrace trace;
     {
-        InstalledUnrealProfiler installed (makeTestOptions (true), folder.getTrace());
+        InstalledUnrealProfiler installed (makeTestOptions (true), trace.file);
         std::vector<std::thread> threads;
         for (int t = 0; t < 3; ++t)
             threads.emplace_back ([t]
@@ -155,7 +146,7 @@ TEST (UnrealProfilerTest, ScopesOfSeveralThreadsReadBackExactly)
         for (auto& thread : threads)
             thread.join();
     }
-    const auto summary = summaryOf (readStream (folder.getTrace()));
+    const auto summary = summaryOf (trace.read());
     // Each read of a thread's clock is 10 cycles (ns) after its last; the first scope of each
     // thread lasts 10 more, as the thread's first buffer notes the clock between its two reads.
     EXPECT_EQ (linesStartingWith (summary, "  \""), (std::vector<std::string> {
@@ -178,10 +169,10 @@ TEST (UnrealProfilerTest, ScopesOfSeveralThreadsReadBackExactly)
 
 TEST (UnrealProfilerTest, TheThreadsOfJuceAreNamed)
 {
-    TemporaryFolder folder;
+    TemporaryTrace trace;
     std::atomic<uint32_t> threadSystemId { 0 };
     {
-        InstalledUnrealProfiler installed (makeTestOptions (true), folder.getTrace());
+        InstalledUnrealProfiler installed (makeTestOptions (true), trace.file);
         struct Named : juce::Thread
         {
             explicit Named (std::atomic<uint32_t>& systemId) : juce::Thread ("Named Worker"), systemId (systemId) {}
@@ -195,7 +186,7 @@ TEST (UnrealProfilerTest, TheThreadsOfJuceAreNamed)
         thread.startThread();
         EXPECT_TRUE (thread.stopThread (10000));
     }
-    const auto summary = summaryOf (readStream (folder.getTrace()));
+    const auto summary = summaryOf (trace.read());
     // Its id on the stream depends on whether the worker named itself first.
     std::vector<std::string> named;
     for (const auto& line : linesStartingWith (summary, "  thread "))
@@ -207,7 +198,7 @@ TEST (UnrealProfilerTest, TheThreadsOfJuceAreNamed)
 
 TEST (UnrealProfilerTest, WithoutAStreamChannelsStayOffAndNothingIsWritten)
 {
-    const auto port = getPortWithoutListener();
+    const auto port = (uint16_t) findFreePort();
 
     const Held<UnrealProfiler> profiler (new UnrealProfiler (makeTestOptions (false), "127.0.0.1", port));
     EXPECT_FALSE (profiler->getWriter().isChannelEnabled (TraceWriter::Channel::cpu));
@@ -225,18 +216,18 @@ TEST (UnrealProfilerTest, AFileThatCannotBeMadeLeavesChannelsOff)
 
 TEST (UnrealProfilerTest, OldTracesGoUntilFourRemain)
 {
-    TemporaryFolder folder;
+    const ScratchDirectory folder;
     const auto now = juce::Time::getCurrentTime();
     for (int i = 0; i < 7; ++i)
     {
-        const auto file = folder.folder.getChildFile ("old " + juce::String (i) + ".utrace");
+        const auto file = folder.getChildFile ("old " + juce::String (i) + ".utrace");
         file.replaceWithText ("x");
         file.setLastModificationTime (now - juce::RelativeTime::hours (10 - i));
     }
-    folder.folder.getChildFile ("other.txt").replaceWithText ("kept");
-    UnrealProfiler::removeOldTraces (folder.folder, 4);
+    folder.getChildFile ("other.txt").replaceWithText ("kept");
+    UnrealProfiler::removeOldTraces (folder.getFile(), 4);
     juce::StringArray left;
-    for (const auto& file : folder.folder.findChildFiles (juce::File::findFiles, false))
+    for (const auto& file : folder.getFile().findChildFiles (juce::File::findFiles, false))
         left.add (file.getFileName());
     left.sort (false);
     EXPECT_EQ (left.joinIntoString (","), "old 3.utrace,old 4.utrace,old 5.utrace,old 6.utrace,other.txt");
