@@ -6,7 +6,7 @@
 #include "State.h"
 #include "../Standard/ExecutionContext.h"
 #include "../Standard/Service.h"
-#include <unordered_set>
+#include <array>
 
 namespace tov
 {
@@ -217,12 +217,13 @@ bool translatesToItselfAlways (const ClassExpression* expression, const ClassExp
 }
 
 // Today's classes are translated to themselves, and every node read in asks again: a thread
-// remembers the expressions for which the answer was so. Expressions are interned for the life
-// of the process and the rules and the table never change, so a pointer once here stays true.
-std::unordered_set<const ClassExpression*>& getExpressionsTranslatedToThemselves()
+// remembers the expressions for which the answer was so, in a small direct-mapped table where a
+// collision only costs the translation again. Expressions are interned for the life of the
+// process and the rules and the table never change, so a pointer once here stays true.
+const ClassExpression*& findTranslatedToItself (const ClassExpression* expression)
 {
-    thread_local std::unordered_set<const ClassExpression*> expressions;
-    return expressions;
+    thread_local std::array<const ClassExpression*, 64> expressions {};
+    return expressions[(reinterpret_cast<uintptr_t> (expression) >> 4) % expressions.size()];
 }
 
 } // namespace
@@ -231,8 +232,8 @@ const ClassExpression* translateClassExpression (const ClassExpression* expressi
 {
     if (expression == nullptr)
         return nullptr;
-    auto& unchanged = getExpressionsTranslatedToThemselves();
-    if (unchanged.count (expression) != 0)
+    auto& remembered = findTranslatedToItself (expression);
+    if (remembered == expression)
         return expression;
     const auto* original = expression;
     if (auto* argument = getClassArgument (expression))
@@ -244,7 +245,7 @@ const ClassExpression* translateClassExpression (const ClassExpression* expressi
     const auto text = expression->toString();
     auto* translated = translate (expression, state, text);
     if (translatesToItselfAlways (original, translated, text))
-        unchanged.insert (original);
+        remembered = original;
     return translated;
 }
 
