@@ -171,6 +171,23 @@ TEST (LibraryTest, DeinitialisingAnUninitialisedLibraryChangesNothing)
     Library::getRootLibrary()->getLibraryByName ("Tests")->addClass<Empty>();
 }
 
+// The registry's answers are remembered by each thread: a class removed after a look-up is
+// no longer found, and found again once added back.
+TEST (LibraryTest, RemovedClassIsNotFoundAfterALookUp)
+{
+    auto* registry = ClassRegistry::getInstance();
+    auto* tests = Library::getRootLibrary()->getLibraryByName ("Tests");
+    ASSERT_NE (tests, nullptr);
+    const auto* expression = Empty::staticClass.getExpression();
+    ASSERT_EQ (registry->resolve (expression), &Empty::staticClass);
+    ASSERT_EQ (registry->resolve (expression), &Empty::staticClass);
+    tests->removeClass (&Empty::staticClass);
+    EXPECT_EQ (registry->resolve (expression), nullptr);
+    tests->addClass<Empty>();
+    Empty::staticClass.initializeClass();
+    EXPECT_EQ (registry->resolve (expression), &Empty::staticClass);
+}
+
 TEST (LibraryTest, RemoveLibraryByNameAndUnknownOnesAreIgnored)
 {
     Library parent;

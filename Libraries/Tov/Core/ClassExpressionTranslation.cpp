@@ -6,6 +6,7 @@
 #include "State.h"
 #include "../Standard/ExecutionContext.h"
 #include "../Standard/Service.h"
+#include <array>
 
 namespace tov
 {
@@ -195,12 +196,46 @@ const ClassExpression* translateByTable (const ClassExpression* expression, cons
     return newClass != nullptr ? newClass->getExpression() : expression;
 }
 
+const ClassExpression* translate (const ClassExpression* expression, State* state, const juce::String& text)
+{
+    if (auto* translated = translateFirstRules (expression, text))
+        return translated;
+    if (auto* translated = translateArgumentRules (expression, text, state))
+        return translated;
+    return translateByTable (expression, text);
+}
+
+// Whether the expression's translation is itself whatever the node: no rule matched its text
+// and the table renames it to nothing or to itself. "VariableTool" is left out, as its rule
+// reads the node.
+bool translatesToItselfAlways (const ClassExpression* expression, const ClassExpression* translated, const juce::String& text)
+{
+    if (translated != expression || text == "VariableTool")
+        return false;
+    const auto newName = CompatibilityTable::findNewName (text);
+    return newName.isEmpty() || newName == text;
+}
+
+// Today's classes are translated to themselves, and every node read in asks again: a thread
+// remembers the expressions for which the answer was so, in a small direct-mapped table where a
+// collision only costs the translation again. Expressions are interned for the life of the
+// process and the rules and the table never change, so a pointer once here stays true.
+const ClassExpression*& findTranslatedToItself (const ClassExpression* expression)
+{
+    thread_local std::array<const ClassExpression*, 64> expressions {};
+    return expressions[(reinterpret_cast<uintptr_t> (expression) >> 4) % expressions.size()];
+}
+
 } // namespace
 
 const ClassExpression* translateClassExpression (const ClassExpression* expression, State* state)
 {
     if (expression == nullptr)
         return nullptr;
+    auto& remembered = findTranslatedToItself (expression);
+    if (remembered == expression)
+        return expression;
+    const auto* original = expression;
     if (auto* argument = getClassArgument (expression))
     {
         auto* translated = translateClassExpression (argument, nullptr);
@@ -208,11 +243,10 @@ const ClassExpression* translateClassExpression (const ClassExpression* expressi
             expression = templateOver (expression->getIdentifier(), translated);
     }
     const auto text = expression->toString();
-    if (auto* translated = translateFirstRules (expression, text))
-        return translated;
-    if (auto* translated = translateArgumentRules (expression, text, state))
-        return translated;
-    return translateByTable (expression, text);
+    auto* translated = translate (expression, state, text);
+    if (translatesToItselfAlways (original, translated, text))
+        remembered = original;
+    return translated;
 }
 
 } // namespace tov

@@ -3,6 +3,7 @@
 #include "Class.h"
 #include "ClassExpression.h"
 #include "ClassGenerator.h"
+#include <array>
 #include <unordered_map>
 
 namespace tov
@@ -16,6 +17,48 @@ static juce::CriticalSection& getCreationLock()
 
 static std::atomic<ClassRegistry*> registryInstance { nullptr };
 static bool registryBeingCreated = false;
+
+// Changes whenever a class may leave the registry or be replaced in it (and when a registry
+// goes), so that what a thread remembers of the registry is dropped: see getRememberedClasses.
+static std::atomic<uint64_t> registryChanges { 0 };
+
+static void noteRegistryChange()
+{
+    registryChanges.fetch_add (1, std::memory_order_release);
+}
+
+// Every node read in asks the registry for its class, under the registry's lock: a thread
+// remembers the classes found in its map, in a small direct-mapped table where a collision only
+// costs the look-up again, for as long as nothing leaves the map. Plain data, so that it may be
+// asked while the thread or the process ends.
+struct RememberedClasses
+{
+    struct Entry
+    {
+        const ClassExpression* expression = nullptr;
+        Class* foundClass = nullptr;
+    };
+    uint64_t changes = 0;
+    std::array<Entry, 64> entries {};
+
+    Entry& getEntry (const ClassExpression* expression)
+    {
+        return entries[(reinterpret_cast<uintptr_t> (expression) >> 4) % entries.size()];
+    }
+};
+
+static RememberedClasses& getRememberedClasses()
+{
+    thread_local RememberedClasses remembered;
+    // Read before the registry's map, so that a change made meanwhile drops what was found.
+    const auto changes = registryChanges.load (std::memory_order_acquire);
+    if (remembered.changes != changes)
+    {
+        remembered.entries.fill ({});
+        remembered.changes = changes;
+    }
+    return remembered;
+}
 
 ClassRegistry* ClassRegistry::getInstance()
 {
@@ -43,6 +86,7 @@ void ClassRegistry::destroyInstance()
 {
     const juce::ScopedLock lock (getCreationLock());
     delete registryInstance.exchange (nullptr);
+    noteRegistryChange();
 }
 
 ClassRegistry::~ClassRegistry()
@@ -55,13 +99,17 @@ ClassRegistry::~ClassRegistry()
 void ClassRegistry::addClass (const ClassExpression* expression, Class* declaredClass)
 {
     const juce::ScopedLock lock (classesLock);
-    classesByExpression[expression] = declaredClass;
+    auto& slot = classesByExpression[expression];
+    if (slot != nullptr && slot != declaredClass)
+        noteRegistryChange();
+    slot = declaredClass;
 }
 
 void ClassRegistry::removeClass (const ClassExpression* expression)
 {
     const juce::ScopedLock lock (classesLock);
     classesByExpression.erase (expression);
+    noteRegistryChange();
 }
 
 Class* ClassRegistry::resolve (const ClassExpression* expression, juce::String* error)
@@ -73,13 +121,20 @@ Class* ClassRegistry::resolve (const ClassExpression* expression, juce::String* 
         return nullptr;
     }
 
+    auto& remembered = getRememberedClasses().getEntry (expression);
+    if (remembered.expression == expression)
+        return remembered.foundClass;
+
     const juce::ScopedLock lock (classesLock);
     if (expression->getType() == ClassExpression::classParameter)
         return resolveClassParameter (expression, error);
 
     auto found = classesByExpression.find (expression);
     if (found != classesByExpression.end())
+    {
+        remembered = { expression, found->second };
         return found->second;
+    }
 
     if (expression->getType() == ClassExpression::templateApplication)
         return generateClass (expression, error);
@@ -156,6 +211,7 @@ void ClassRegistry::removeGenerator (const juce::String& name)
         generated->deinitializeClass();
     }
     generators.erase (entry);
+    noteRegistryChange();
 }
 
 void ClassRegistry::releaseGeneratedDefaultObjects (const juce::String& generatorName)

@@ -2,6 +2,7 @@
 #include "Object.h"
 #include "ObjectSpace.h"
 #include "ClassRegistry.h"
+#include "ClassExpression.h"
 #include "../Standard/ExecutionContext.h"
 
 namespace tov
@@ -227,6 +228,15 @@ Object* ObjectImporter::createPendingObject (Object* parent, UniqueIdentifier id
     return object;
 }
 
+// Atomic expressions are interned: a class that has one is named by it when the pointers are
+// equal, with no text made. A class without one is named by its declaration.
+static bool isNamed (const Class& objectClass, const ClassExpression* atomicExpression)
+{
+    if (auto* expression = objectClass.getExpression())
+        return expression == atomicExpression;
+    return objectClass.getName() == atomicExpression->getIdentifier();
+}
+
 Object* ObjectImporter::createPointedObject (Object* parent, Class* expectedClass)
 {
     State& state = *getCurrentState();
@@ -255,9 +265,11 @@ Object* ObjectImporter::createPointedObject (Object* parent, Class* expectedClas
     }
 
     // Saved data may name a base class that has since become abstract.
-    if (objectClass->getName() == "Camera")
+    static const ClassExpression* const camera = createAtomicClassExpression ("Camera");
+    static const ClassExpression* const layer = createAtomicClassExpression ("Layer");
+    if (isNamed (*objectClass, camera))
         objectClass = tov::getClass ("AffineCamera");
-    else if (objectClass->getName() == "Layer")
+    else if (isNamed (*objectClass, layer))
         objectClass = tov::getClass ("TextureLayer");
     if (objectClass == nullptr)
     {
@@ -274,9 +286,13 @@ Object* ObjectImporter::createPointedObject (Object* parent, Class* expectedClas
     if (object == nullptr)
         return nullptr;
     load (*object);
-    if (createdObjects == nullptr)
-        createdObjects = std::make_unique<std::map<UniqueIdentifier, Object*>>();
-    (*createdObjects)[state.getUniqueIdentifier()] = object;
+    // Only an identifier can point back to an object: one without (a message on the wire) is not kept.
+    if (state.getUniqueIdentifier().isNotNull())
+    {
+        if (createdObjects == nullptr)
+            createdObjects = std::make_unique<std::map<UniqueIdentifier, Object*>>();
+        (*createdObjects)[state.getUniqueIdentifier()] = object;
+    }
     return object;
 }
 
