@@ -1,15 +1,15 @@
 #include "Waiting.h"
-#include <juce_core/juce_core.h>
+#include <Tov/Standard/Deadline.h>
 
 namespace tov::test
 {
 
 bool waitUntil (const std::function<bool()>& condition, int timeOutMilliseconds)
 {
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
+    const Deadline deadline (timeOutMilliseconds);
     while (! condition())
     {
-        if ((int) (deadline - juce::Time::getMillisecondCounter()) <= 0)
+        if (deadline.hasPassed())
             return false;
         juce::Thread::sleep (1);
     }
