@@ -96,9 +96,18 @@ bool Envelop::saveToMemoryBlock (const ObjectOwnedPointer& receiver, juce::Memor
     root.addVariable (envelopName, makeState (false, true));
     root.addVariable (receiverName, receiver.makeState (false, true));
 
-    juce::MemoryOutputStream output (block, true);
-    output.preallocate (1024);
-    return root.toBinary (output);
+    // Written where the thread keeps the room of its last envelops, then appended at its size:
+    // a block grown for the writing and trimmed after it cost two allocations per envelop. The
+    // room of a large envelop (a snapshot of a whole space) is not kept.
+    constexpr size_t keptRoom = 64 * 1024;
+    thread_local auto output = std::make_unique<juce::MemoryOutputStream>();
+    output->reset();
+    const bool written = root.toBinary (*output);
+    if (written)
+        block.append (output->getData(), output->getDataSize());
+    if (output->getDataSize() > keptRoom)
+        output = std::make_unique<juce::MemoryOutputStream>();
+    return written;
 }
 
 // A native pointer means something only inside the process that wrote it: from outside it is

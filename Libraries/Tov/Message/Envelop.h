@@ -48,6 +48,8 @@ public:
     bool hasSenderIdentifier() const noexcept            { return senderIdentifier.get() != nullptr; }
     /** Replaces the sender identifier, taking ownership of the new one. */
     void setSenderIdentifier (Object* identifier)        { senderIdentifier.set (identifier, false); }
+    /** Gives up the sender identifier, which the caller then owns. */
+    Object* releaseSenderIdentifier()                    { return senderIdentifier.release(); }
 
     /** juce::Time::getMillisecondCounterHiRes() when it was last posted. */
     double getPostingTimeInMs() const noexcept           { return postingTimeInMs.get(); }

@@ -112,7 +112,7 @@ bool PeerMap::processReceivedNetworkMessage (const InterprocessConnection& conne
     const auto& connectionIdentifier = batch != nullptr ? batch->getIdentifierOf (connection) : ownIdentifier;
     if (batch == nullptr)
         connection.copyIdentifierTo (ownIdentifier);
-    envelop->setSenderIdentifier (new RemoteTargetIdentifier (connectionIdentifier, *envelop->getSenderIdentifier()));
+    envelop->setSenderIdentifier (new RemoteTargetIdentifier (connectionIdentifier, envelop->releaseSenderIdentifier()));
     if (receiver.get() == nullptr)
         return refuse (envelop, nullptr);
     if (batch != nullptr)

@@ -14,10 +14,15 @@ RemoteTargetIdentifier::RemoteTargetIdentifier()
 }
 
 RemoteTargetIdentifier::RemoteTargetIdentifier (const InterprocessConnectionIdentifier& connection, const Object& target)
+    : RemoteTargetIdentifier (connection, target.clone())
+{
+}
+
+RemoteTargetIdentifier::RemoteTargetIdentifier (const InterprocessConnectionIdentifier& connection, Object* target)
     : RemoteTargetIdentifier()
 {
     connection.copyTo (connectionIdentifier);
-    targetIdentifier.set (target.clone(), false);
+    targetIdentifier.set (target, false);
 }
 
 bool RemoteTargetIdentifier::isValid() const

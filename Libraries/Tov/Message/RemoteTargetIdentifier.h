@@ -20,6 +20,8 @@ public:
     RemoteTargetIdentifier();
     /** Copies the connection's identifier and clones the target's. */
     RemoteTargetIdentifier (const InterprocessConnectionIdentifier& connection, const Object& target);
+    /** Copies the connection's identifier and takes ownership of the target's. */
+    RemoteTargetIdentifier (const InterprocessConnectionIdentifier& connection, Object* target);
 
     InterprocessConnectionIdentifier connectionIdentifier;
 

@@ -160,8 +160,9 @@ void InterprocessConnection::messageReceived (const juce::MemoryBlock& block)
         l->messagesReceived (*this, block);
 }
 
-// The envelops of one read wait until all are rebuilt, then go to their services together.
-void InterprocessConnection::deliverBlocksOfOneRead (const std::function<void()>& deliver)
+// The envelops of one wake-up's reads wait until all are rebuilt, then go to their services
+// together.
+void InterprocessConnection::deliverBlocksTogether (const std::function<void()>& deliver)
 {
     PeerMap::ReceivedEnvelopBatch batch;
     deliver();

@@ -83,7 +83,7 @@ protected:
     void connectionMade() override;
     void connectionLost() override;
     void messageReceived (const juce::MemoryBlock& block) override;
-    void deliverBlocksOfOneRead (const std::function<void()>& deliver) override;
+    void deliverBlocksTogether (const std::function<void()>& deliver) override;
     bool hasMessagesToWrite() const override            { return hasMessagesFlag.load() != 0; }
     bool sendMessagesToWrite() override;
 

@@ -222,31 +222,30 @@ bool SocketConnection::writeWhatWaits()
     return flushWithoutLock() && sent;
 }
 
-// Reads a bounded number of times, so that a peer that never stops sending cannot keep the
-// thread from writing.
+// Reads until the socket has nothing more, a bounded number of times, so that a peer that
+// never stops sending cannot keep the thread from writing. What one wake-up reads is delivered
+// together: while the thread rebuilds the envelops of one read the next ones arrive, and their
+// service is then woken once for all of them rather than once for each.
 bool SocketConnection::readWhatArrived()
 {
     const FrameReader::BlockCallback deliver = [this] (const juce::MemoryBlock& block) { messageReceived (block); };
-    for (int attempt = 0; attempt < 16 && ! thread->threadShouldExit(); ++attempt)
+    bool open = true;
+    deliverBlocksTogether ([&]
     {
-        const auto received = recv (socket->getHandle(), readBuffer.data(), readBuffer.size(), MSG_DONTWAIT);
-        if (received > 0)
+        for (int attempt = 0; attempt < 16 && ! thread->threadShouldExit(); ++attempt)
         {
-            auto result = FrameReader::Result::ok;
-            deliverBlocksOfOneRead ([&] { result = reader->read (readBuffer.data(), (size_t) received, deliver); });
-            if (result != FrameReader::Result::ok)
-                return false;
-            if ((size_t) received < readBuffer.size())
-                return true;
+            const auto received = recv (socket->getHandle(), readBuffer.data(), readBuffer.size(), MSG_DONTWAIT);
+            if (received > 0)
+                open = reader->read (readBuffer.data(), (size_t) received, deliver) == FrameReader::Result::ok;
+            else if (received < 0 && errno == EINTR)
+                continue;
+            else
+                open = received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
+            if (! open || received <= 0)
+                return;
         }
-        else if (received == 0)
-            return false;
-        else if (errno == EAGAIN || errno == EWOULDBLOCK)
-            return true;
-        else if (errno != EINTR)
-            return false;
-    }
-    return true;
+    });
+    return open;
 }
 
 void SocketConnection::notifyConnectionLost()

@@ -73,9 +73,9 @@ protected:
     /** Called on the connection's thread when hasMessagesToWrite; false ends the connection. */
     virtual bool sendMessagesToWrite()              { return true; }
 
-    /** Runs deliver, which hands the blocks of one read to messageReceived; a subclass may wrap
-        it to handle those blocks as one batch. */
-    virtual void deliverBlocksOfOneRead (const std::function<void()>& deliver)  { deliver(); }
+    /** Runs deliver, which hands the blocks of one wake-up's reads to messageReceived; a
+        subclass may wrap it to handle those blocks as one batch. */
+    virtual void deliverBlocksTogether (const std::function<void()>& deliver)  { deliver(); }
     /** Makes the connection's thread ask hasMessagesToWrite now rather than after its next read. */
     void wakeUpConnectionThread() noexcept          { wakeUp.signal(); }
 

@@ -18,14 +18,14 @@ ThreadAwareEnvelopQueueMessageTarget::~ThreadAwareEnvelopQueueMessageTarget()
     clearEnvelops();
 }
 
-// The thread is asked under the lock: forgetThread takes the same lock before the thread
-// object goes, so a poster never asks a deleted thread.
+// The thread is asked under the queue's lock and woken under the wake lock: forgetThread takes
+// both before the thread object goes, so a poster never asks or wakes a deleted thread.
 bool ThreadAwareEnvelopQueueMessageTarget::handleEnvelop (Envelop* envelop)
 {
     if (envelop == nullptr)
         return false;
 
-    bool accepted = true;
+    bool accepted = true, wake = false;
     {
         const std::lock_guard<std::mutex> lock (queueLock);
         auto* owner = thread.load();
@@ -36,11 +36,15 @@ bool ThreadAwareEnvelopQueueMessageTarget::handleEnvelop (Envelop* envelop)
         else
         {
             // A queue that already held envelops has woken its thread, which takes them all.
-            const bool wasEmpty = envelops.empty();
+            wake = owner != nullptr && envelops.empty();
             envelops.push_back (envelop);
-            if (owner != nullptr && wasEmpty)
-                owner->notify();
         }
+    }
+    if (wake)
+    {
+        const std::lock_guard<std::mutex> lock (wakeLock);
+        if (auto* owner = thread.load())
+            owner->notify();
     }
     if (! accepted)
         envelop->deleteThis();
@@ -87,6 +91,7 @@ size_t ThreadAwareEnvelopQueueMessageTarget::getNumEnvelops() const
 void ThreadAwareEnvelopQueueMessageTarget::forgetThread (const juce::Thread* goingThread)
 {
     const std::lock_guard<std::mutex> lock (queueLock);
+    const std::lock_guard<std::mutex> wakeGuard (wakeLock);
     if (thread.load() == goingThread)
         thread = nullptr;
 }

@@ -14,8 +14,10 @@ namespace tov
     and the owner meet at the lock for a few instructions only. A post wakes the owner's thread
     at once. Once the owner's thread is told to exit, posts are refused and their envelops deleted.
 
-    The lock is a plain mutex: nothing done under it (appending, swapping, waking the thread,
-    asking it whether it stops) comes back to this queue, and envelops are deleted outside it.
+    The lock is a plain mutex: nothing done under it (appending, swapping, asking the thread
+    whether it stops) comes back to this queue, and envelops are deleted outside it. The thread
+    is woken after that lock is released, under a lock of its own that forgetThread also takes:
+    the woken thread, which goes straight for the queue, never finds the poster still holding it.
 */
 class ThreadAwareEnvelopQueueMessageTarget : public MessageTarget
 {
@@ -45,6 +47,7 @@ public:
 private:
     std::atomic<juce::Thread*> thread { nullptr };
     mutable std::mutex queueLock;
+    std::mutex wakeLock;
     std::vector<Envelop*> envelops;
 
     static void deleteEnvelops (const std::vector<Envelop*>& toDelete);
