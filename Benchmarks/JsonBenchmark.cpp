@@ -111,11 +111,7 @@ TOV_BEGIN_CLASS (Session)
     TOV_VARIABLE (folders)
 TOV_END_CLASS()
 
-struct Deleter
-{
-    void operator() (Object* object) const { object->deleteThis(); }
-};
-using Owned = std::unique_ptr<Object, Deleter>;
+using Owned = std::unique_ptr<Object, ObjectDeleter>;
 
 //==============================================================================
 // The benchmark's tree holds its lists as plain lists of objects, which State loading takes

@@ -288,9 +288,9 @@ bool takeOption (juce::StringArray& remaining, const char* option)
 }
 
 /** A created object, deleted as heap objects are when the command ends. */
-std::unique_ptr<Object, void (*) (Object*)> holdObject (Object* object)
+std::unique_ptr<Object, ObjectDeleter> holdObject (Object* object)
 {
-    return { object, [] (Object* o) { if (o != nullptr) o->deleteThis(); } };
+    return std::unique_ptr<Object, ObjectDeleter> (object);
 }
 
 int toJson (ExecutionContext& context, const juce::StringArray& arguments)

@@ -14,12 +14,8 @@ namespace studio
 
 namespace
 {
-/** Deletes the result of a remote call, which belongs to the caller. */
-struct ResultDeleter
-{
-    void operator() (tov::Object* object) const      { object->deleteThis(); }
-};
-using CallResult = std::unique_ptr<tov::Object, ResultDeleter>;
+/** The result of a remote call, which belongs to the caller. */
+using CallResult = std::unique_ptr<tov::Object, tov::ObjectDeleter>;
 } // namespace
 
 ViewerService::ViewerService (int port) : ScriptedService ("Viewer"), discoveryPort (port)

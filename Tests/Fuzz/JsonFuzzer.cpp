@@ -91,11 +91,6 @@ TOV_BEGIN_CLASS (JsonFuzzDocument)
     TOV_VARIABLE (map)
 TOV_END_CLASS()
 
-struct DocumentDeleter
-{
-    void operator() (Object* object) const { object->deleteThis(); }
-};
-
 /** juce::JSON of JUCE 7.0.5 reads whole numbers into a 64-bit integer and exponents into a
     32-bit one without checking for overflow, which the sanitizer reports: texts with 19 digits
     in a row, or 9 behind an "e", are left to it (digits as JUCE tells them, "²" among them). */
@@ -119,9 +114,9 @@ bool overflowsJuceParser (const juce::String& text)
     return false;
 }
 
-std::unique_ptr<Object, DocumentDeleter> makeDocument()
+std::unique_ptr<Object, ObjectDeleter> makeDocument()
 {
-    return std::unique_ptr<Object, DocumentDeleter> (JsonFuzzDocument::staticClass.createObject());
+    return std::unique_ptr<Object, ObjectDeleter> (JsonFuzzDocument::staticClass.createObject());
 }
 } // namespace
 

@@ -84,11 +84,6 @@ public:
 };
 
 /** Heap objects of tests go through deleteThis, as their owners would. */
-struct ObjectDeleter
-{
-    void operator() (Object* object) const { if (object != nullptr) object->deleteThis(); }
-};
-
 template <class T>
 using Owned = std::unique_ptr<T, ObjectDeleter>;
 

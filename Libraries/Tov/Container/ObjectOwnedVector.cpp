@@ -56,21 +56,19 @@ Object* ObjectOwnedVector::getByLabel (const juce::String& label) const
 //==============================================================================
 Class* ObjectOwnedVector::getTargetClass() const
 {
-    if (targetClass == nullptr)
-        targetClass = getClass()->getClassAttribute ("target", &Object::staticClass);
-    return targetClass;
+    return targetClass.get (*this);
 }
 
 void ObjectOwnedVector::setTargetClass (Class* target)
 {
     setClass (target != nullptr ? ownedVectorClass (target) : &ObjectOwnedVector::staticClass);
-    targetClass = target;
+    targetClass.set (target);
 }
 
 void ObjectOwnedVector::setClass (Class* newClass)
 {
     Container::setClass (newClass);
-    targetClass = nullptr;
+    targetClass.forget();
 }
 
 bool ObjectOwnedVector::canUserRemoveObject() const

@@ -2,6 +2,7 @@
 
 #include "Container.h"
 #include <vector>
+#include "../Core/TargetClassCache.h"
 
 namespace tov
 {
@@ -120,7 +121,7 @@ protected:
 
 private:
     std::vector<Object*> objects;
-    mutable Class* targetClass = nullptr;
+    TargetClassCache targetClass;
 
     void makeLabelUnique (Object& object) const;
     bool loadElement (ObjectImporter& importer, Object*& loaded);

@@ -374,15 +374,13 @@ Object* ObjectSelection::getCommonAncestor()
 
 Class* ObjectSelection::getTargetClass() const
 {
-    if (targetClass == nullptr)
-        targetClass = getClass()->getClassAttribute ("target", &Object::staticClass);
-    return targetClass;
+    return targetClass.get (*this);
 }
 
 void ObjectSelection::setClass (Class* newClass)
 {
     Container::setClass (newClass);
-    targetClass = nullptr;
+    targetClass.forget();
 }
 
 //==============================================================================

@@ -5,6 +5,7 @@
 #include <functional>
 #include <set>
 #include <vector>
+#include "../Core/TargetClassCache.h"
 
 namespace tov
 {
@@ -160,7 +161,7 @@ private:
     /** While load reads them, the new elements are no members yet. */
     bool loadingElements = false;
     AsyncTrigger pruneTrigger;
-    mutable Class* targetClass = nullptr;
+    TargetClassCache targetClass;
 
     /** Holds the element: counted, with this selection as parent and its space. */
     ObjectWeakPointer* adoptElement (ObjectWeakPointer* element) const;

@@ -305,8 +305,13 @@ private:
     uint64_t numChanges = 0;
     std::unique_ptr<ViewList> views;
     uint32_t flags = 0;
+};
 
-    bool notifyViewsOf (Object* level);
+/** Deletes a heap object through deleteThis, as its owners do: the deleter of a
+    std::unique_ptr that holds an object outside any owner. */
+struct ObjectDeleter
+{
+    void operator() (Object* object) const      { object->deleteThis(); }
 };
 
 template <class Callback>

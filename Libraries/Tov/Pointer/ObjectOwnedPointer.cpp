@@ -76,21 +76,19 @@ Object* ObjectOwnedPointer::release()
 //==============================================================================
 Class* ObjectOwnedPointer::getTargetClass() const
 {
-    if (targetClass == nullptr)
-        targetClass = getClass()->getClassAttribute ("target", &Object::staticClass);
-    return targetClass;
+    return targetClass.get (*this);
 }
 
 void ObjectOwnedPointer::setTargetClass (Class* target)
 {
     setClass (target != nullptr ? ownedPointerClass (target) : &ObjectOwnedPointer::staticClass);
-    targetClass = target;
+    targetClass.set (target);
 }
 
 void ObjectOwnedPointer::setClass (Class* newClass)
 {
     Object::setClass (newClass);
-    targetClass = nullptr;
+    targetClass.forget();
 }
 
 bool ObjectOwnedPointer::isStrictlyOwnedBy (const Object* object, const Object* owner)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../Core/Object.h"
+#include "../Core/TargetClassCache.h"
 
 namespace tov
 {
@@ -67,7 +68,7 @@ public:
 
 private:
     Object* object = nullptr;
-    mutable Class* targetClass = nullptr;
+    TargetClassCache targetClass;
 
     /** Gives the held object its parent, initialising it when this pointer already is. */
     void adoptObject();

@@ -24,15 +24,13 @@ ObjectWeakPointer::~ObjectWeakPointer()
 
 Class* ObjectWeakPointer::getTargetClass() const
 {
-    if (targetClass == nullptr)
-        targetClass = getClass()->getClassAttribute ("target", &Object::staticClass);
-    return targetClass;
+    return targetClass.get (*this);
 }
 
 void ObjectWeakPointer::setClass (Class* newClass)
 {
     ObjectWeakPointerBase::setClass (newClass);
-    targetClass = nullptr;
+    targetClass.forget();
 }
 
 void ObjectWeakPointer::attachToObject (Object* target)

@@ -2,6 +2,7 @@
 
 #include "ObjectWeakPointerBase.h"
 #include "../Core/View.h"
+#include "../Core/TargetClassCache.h"
 
 namespace tov
 {
@@ -54,7 +55,7 @@ public:
     void deletedCallback (Object* deleted) override;
 
 private:
-    mutable Class* targetClass = nullptr;
+    TargetClassCache targetClass;
 
     void attachToObject (Object* target);
     void detachFromObject();

@@ -41,15 +41,13 @@ juce::String HierarchicalSelection::getObjectFriendlyName (Object* object) const
 
 Class* HierarchicalSelection::getTargetClass() const
 {
-    if (targetClass == nullptr)
-        targetClass = getClass()->getClassAttribute ("target", &Object::staticClass);
-    return targetClass;
+    return targetClass.get (*this);
 }
 
 void HierarchicalSelection::setClass (Class* newClass)
 {
     Object::setClass (newClass);
-    targetClass = nullptr;
+    targetClass.forget();
 }
 
 //==============================================================================

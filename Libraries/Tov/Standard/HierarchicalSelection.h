@@ -3,6 +3,7 @@
 #include "../Container/ObjectSelection.h"
 #include "HierarchicalSelectionStatus.h"
 #include <vector>
+#include "../Core/TargetClassCache.h"
 
 namespace tov
 {
@@ -82,7 +83,7 @@ public:
 
 private:
     bool leavesInvalid = false;
-    mutable Class* targetClass = nullptr;
+    TargetClassCache targetClass;
 
     /** Replaces a full set of siblings by their parent, level after level up to the root. */
     void foldFullGroupsAbove (Object* object);

@@ -78,7 +78,6 @@ protected:
 
     /** A number of this profiler alone, never given to another one in the process, even at the
         same address: what a thread keeps of a profiler is checked against it. */
-    uint64_t getSerial() const noexcept                 { return serial; }
 
     /** What find gives for the calling thread and this profiler: find runs once per thread (and
         call site), and the thread keeps the answer for as long as it asks this profiler. */
