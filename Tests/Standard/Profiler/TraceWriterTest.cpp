@@ -270,3 +270,23 @@ TEST (TraceWriterTest, ThreadsThatEndWriteTheirLastScopesAndEachHasItsId)
     EXPECT_EQ (linesStartingWith (summary, "scopes "), (std::vector<std::string> { "scopes 3000 open 0" }));
     EXPECT_EQ (linesStartingWith (summary, "threads "), (std::vector<std::string> { "threads 4" }));
 }
+
+TEST (TraceWriterTest, SpecIdsAreUniqueAndAThreadTakesThemInARangeOfItsOwn)
+{
+    TraceWriter writer (makeTestOptions (false));
+    // Before its state is made (by its first scope), a thread takes its id alone.
+    EXPECT_EQ (writer.takeSpecId(), 1u);
+    writer.enterScope (1, writer.getCycle());
+    EXPECT_EQ (writer.takeSpecId(), 2u);
+    uint32_t ofOtherThread = 0, nextOfOtherThread = 0;
+    std::thread ([&]
+    {
+        ofOtherThread = writer.takeSpecId();
+        writer.enterScope (ofOtherThread, writer.getCycle());
+        nextOfOtherThread = writer.takeSpecId();
+    }).join();
+    // The first thread's range is 2 to 257.
+    EXPECT_EQ (ofOtherThread, 2 + TraceWriter::specIdsPerRange);
+    EXPECT_EQ (nextOfOtherThread, 3 + TraceWriter::specIdsPerRange);
+    EXPECT_EQ (writer.takeSpecId(), 3u);
+}

@@ -86,7 +86,7 @@ void UnrealProfiler::removeOldTraces (const juce::File& directory, int numToKeep
 //==============================================================================
 uint32_t UnrealProfiler::writeSpec (juce::StringRef name)
 {
-    const uint32_t specId = nextSpecId.fetch_add (1, std::memory_order_relaxed);
+    const uint32_t specId = writer.takeSpecId();
     uint8_t fixed[4];
     writeLittleEndian<uint32_t> (fixed, specId);
     const char* text = name.text.getAddress();

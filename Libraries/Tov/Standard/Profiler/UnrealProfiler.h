@@ -63,7 +63,6 @@ protected:
 
 private:
     TraceWriter writer;
-    std::atomic<uint32_t> nextSpecId { 1 };
     std::atomic<uint16_t> nextCounterId { 0 };
 
     static TraceWriterOptions getDefaultOptions();

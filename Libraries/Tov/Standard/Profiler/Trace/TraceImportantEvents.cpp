@@ -2,32 +2,53 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <thread>
 
 namespace tov
 {
 
-/** A page: writers reserve with an atomic add on `reserved` and count what they wrote in
-    `committed`. The one reservation that reaches past the capacity closes the page: it notes
-    where the page ends and links the next one; the others that reach past it wait for that
-    link and go on to the next page. */
+/** A page: writers reserve room in it through the cursor, and count what they wrote in
+    `committed`. The writer that swaps the next page in closes the page: it notes where the page
+    ends, then links the next one (and before it, a page of the writer's own, whole, if it has
+    one). The bytes of a page are in the page itself, so that a new page is one allocation. */
 struct TraceImportantEvents::Page
 {
-    explicit Page (uint32_t capacity) : capacity (capacity), end (capacity), data (new uint8_t[capacity]) {}
+    Page() = default;
+    Page (const uint8_t* event, size_t size)
+        : committed ((uint32_t) size), end ((uint32_t) size), whole (new uint8_t[size])
+    {
+        std::memcpy (whole.get(), event, size);
+    }
 
-    const uint32_t capacity;
-    std::atomic<uint32_t> reserved { 0 };
-    std::atomic<uint32_t> committed { 0 };
-    std::atomic<uint32_t> end;
+    const uint8_t* getData() const noexcept     { return whole != nullptr ? whole.get() : data; }
+
     std::atomic<Page*> next { nullptr };
-    uint32_t sent = 0;                      // the worker's
-    std::unique_ptr<uint8_t[]> data;
+    std::atomic<uint32_t> committed { 0 };
+    uint32_t end = 0;                           // set before the link to the next page
+    uint32_t sent = 0;                          // the worker's
+    std::unique_ptr<uint8_t[]> whole;           // an event larger than a page
+    uint8_t data[pageSize];
 };
 
-TraceImportantEvents::TraceImportantEvents()
-    : current (new Page (pageSize))
+// Pointers of user space fit in 48 bits, which leaves the top 16 for the bytes reserved.
+uint64_t TraceImportantEvents::makeCursor (Page* page, uint32_t reserved) noexcept
 {
-    drainHead = current.load();
+    return reinterpret_cast<uint64_t> (page) | ((uint64_t) reserved << 48);
+}
+
+TraceImportantEvents::Page* TraceImportantEvents::getPage (uint64_t cursor) noexcept
+{
+    return reinterpret_cast<Page*> (cursor & 0xffffffffffffull);
+}
+
+uint32_t TraceImportantEvents::getReserved (uint64_t cursor) noexcept
+{
+    return (uint32_t) (cursor >> 48);
+}
+
+TraceImportantEvents::TraceImportantEvents()
+    : cursor (makeCursor (new Page(), 0))
+{
+    drainHead = getPage (cursor.load());
 }
 
 TraceImportantEvents::~TraceImportantEvents()
@@ -38,43 +59,60 @@ TraceImportantEvents::~TraceImportantEvents()
         delete page;
         page = next;
     }
-    for (Page* page : drainedPages)
-        delete page;
 }
 
 void TraceImportantEvents::write (const uint8_t* event, size_t size)
 {
-    writersInside.fetch_add (1, std::memory_order_seq_cst);
-    while (! tryWrite (current.load (std::memory_order_seq_cst), event, (uint32_t) size))
+    uint64_t seen = cursor.load (std::memory_order_acquire);
+    if (size > pageSize)
     {
+        auto own = std::make_unique<Page> (event, size);
+        while (! tryClose (seen, own.get()))
+        {
+        }
+        own.release();
+        return;
     }
-    writersInside.fetch_sub (1, std::memory_order_release);
+    while (! tryReserve (seen, (uint32_t) size))
+        if (getReserved (seen) + size > pageSize)
+            tryClose (seen, nullptr);
+    Page* page = getPage (seen);
+    const uint32_t offset = getReserved (seen);
+    std::memcpy (page->data + offset, event, size);
+    page->committed.fetch_add ((uint32_t) size, std::memory_order_release);
 }
 
-bool TraceImportantEvents::tryWrite (Page* page, const uint8_t* event, uint32_t size)
+// On success, seen is the cursor just before the room was reserved; on failure, the cursor now.
+bool TraceImportantEvents::tryReserve (uint64_t& seen, uint32_t size) noexcept
 {
-    const uint32_t position = page->reserved.fetch_add (size, std::memory_order_relaxed);
-    if (position + size <= page->capacity)
-    {
-        std::memcpy (page->data.get() + position, event, size);
-        page->committed.fetch_add (size, std::memory_order_release);
-        return true;
-    }
-    if (position <= page->capacity)
-    {
-        // The page is ours to close. Its successor is current before it is linked, so that the
-        // worker, which frees only linked pages, frees none that a new writer can find.
-        page->end.store (position, std::memory_order_relaxed);
-        Page* next = new Page (std::max (pageSize, size));
-        current.store (next, std::memory_order_seq_cst);
-        page->next.store (next, std::memory_order_release);
+    if (getReserved (seen) + size > pageSize)
         return false;
-    }
-    while (current.load (std::memory_order_seq_cst) == page)
-        std::this_thread::yield();
-    return false;
+    return cursor.compare_exchange_weak (seen, seen + ((uint64_t) size << 48), std::memory_order_acquire, std::memory_order_acquire);
 }
 
+// The page seen is full: the one writer that swaps a new page in closes it at what was reserved,
+// and links behind it its own page, if it has one, then the new page. Seen is the cursor now.
+bool TraceImportantEvents::tryClose (uint64_t& seen, Page* ownPage)
+{
+    auto fresh = std::make_unique<Page>();
+    const uint64_t freshCursor = makeCursor (fresh.get(), 0);
+    if (! cursor.compare_exchange_strong (seen, freshCursor, std::memory_order_acq_rel, std::memory_order_acquire))
+        return false;
+    Page* closed = getPage (seen);
+    closed->end = getReserved (seen);
+    Page* behindClosed = fresh.release();
+    if (ownPage != nullptr)
+    {
+        ownPage->next.store (behindClosed, std::memory_order_relaxed);
+        behindClosed = ownPage;
+    }
+    closed->next.store (behindClosed, std::memory_order_release);
+    seen = freshCursor;
+    return true;
+}
+
+// A page is sent up to what was reserved in it once all of that was written; a page that is
+// linked to the next one is closed, and is freed once sent whole: no writer will touch it again.
 void TraceImportantEvents::drain (const std::function<void (const uint8_t*, size_t)>& send, bool shouldKeepInCache)
 {
     for (;;)
@@ -84,34 +122,32 @@ void TraceImportantEvents::drain (const std::function<void (const uint8_t*, size
         // reservation made so far is written (a later one could only make the first count larger).
         const uint32_t committed = page->committed.load (std::memory_order_seq_cst);
         Page* next = page->next.load (std::memory_order_acquire);
-        const uint32_t reserved = next != nullptr ? page->end.load (std::memory_order_relaxed)
-                                                  : std::min (page->reserved.load (std::memory_order_seq_cst), page->capacity);
+        uint32_t reserved = 0;
+        if (next != nullptr)
+        {
+            reserved = page->end;
+        }
+        else
+        {
+            const uint64_t now = cursor.load (std::memory_order_seq_cst);
+            if (getPage (now) != page)
+                break;          // closed, and not yet linked
+            reserved = getReserved (now);
+        }
         if (committed != reserved)
             break;
         if (reserved > page->sent)
         {
-            send (page->data.get() + page->sent, reserved - page->sent);
+            send (page->getData() + page->sent, reserved - page->sent);
             if (shouldKeepInCache)
-                keepInCache (page->data.get() + page->sent, reserved - page->sent);
+                keepInCache (page->getData() + page->sent, reserved - page->sent);
             page->sent = reserved;
         }
         if (next == nullptr)
             break;
-        drainedPages.push_back (page);
         drainHead = next;
-    }
-    freeDrainedPages();
-}
-
-// A writer inside write() may still hold a drained page; one that enters later finds only
-// pages that are current or newer.
-void TraceImportantEvents::freeDrainedPages()
-{
-    if (drainedPages.empty() || writersInside.load (std::memory_order_seq_cst) != 0)
-        return;
-    for (Page* page : drainedPages)
         delete page;
-    drainedPages.clear();
+    }
 }
 
 // Runs are kept whole with their size before them, each within one block.

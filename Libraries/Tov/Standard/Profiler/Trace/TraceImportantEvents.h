@@ -11,12 +11,17 @@ namespace tov
 
 /** The events that every connection needs, whenever it comes (event specs, thread names,
     counters): not in a thread's buffers but in shared pages of 1024 bytes, a chain, which any
-    thread fills by an atomic add on the page's cursor. An event larger than a page gets a page
-    of its own size.
+    thread fills by reserving room on the current page. An event larger than a page gets a page
+    of its own, linked behind the current one, which it closes.
+
+    The current page and how much of it is reserved are one word, so that a writer reserves its
+    room with one compare-and-swap, which also tells it that the page was still current: a
+    writer touches no page but the one it reserved in, and that one only until it has counted
+    what it wrote in the page's committed bytes.
 
     The worker drains the pages, and keeps what it drained in a cache of 65536-byte blocks for
-    connections yet to come. A drained page is freed once no writer is inside write(): a writer
-    counts itself in while it may hold the address of a page.
+    connections yet to come. A page is freed as soon as it is drained whole: it is closed, and
+    all that was reserved in it was written.
 */
 class TraceImportantEvents
 {
@@ -41,16 +46,18 @@ public:
 private:
     struct Page;
 
-    std::atomic<Page*> current;
-    std::atomic<int> writersInside { 0 };
+    std::atomic<uint64_t> cursor;                   // the current page, and its bytes reserved in the top 16 bits
     Page* drainHead;                                // the worker's, as are the two below
-    std::vector<Page*> drainedPages;
     std::vector<std::unique_ptr<uint8_t[]>> cacheBlocks;
     size_t cacheBlockUsed = cacheBlockSize;
 
-    bool tryWrite (Page* page, const uint8_t* event, uint32_t size);
+    bool tryReserve (uint64_t& seen, uint32_t size) noexcept;
+    bool tryClose (uint64_t& seen, Page* ownPage);
     void keepInCache (const uint8_t* data, size_t size);
-    void freeDrainedPages();
+
+    static uint64_t makeCursor (Page* page, uint32_t reserved) noexcept;
+    static Page* getPage (uint64_t cursor) noexcept;
+    static uint32_t getReserved (uint64_t cursor) noexcept;
 };
 
 } // namespace tov

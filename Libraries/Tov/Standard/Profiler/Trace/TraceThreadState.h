@@ -29,6 +29,10 @@ struct TraceThreadState
     size_t batchCursor = 0;
     uint64_t lastCycle = 0;
 
+    // The thread's range of "EventSpec" ids, taken from the writer's counter.
+    uint32_t nextSpecId = 0;
+    uint32_t specIdsLeft = 0;
+
     void enterScope (uint64_t cycle, uint32_t specId) noexcept
     {
         writeVariable ((cycle - lastCycle) * 2 + 1);

@@ -44,23 +44,33 @@ uint32_t makeAuxiliaryHeader (uint8_t uid, uint8_t fieldIndex, size_t size) noex
 }
 } // namespace
 
-/** What a thread keeps of the writer it uses; when the thread ends, its last scopes are written. */
+/** What a thread keeps of the writer it uses. Every scope reaches it: it is zero-initialised and
+    trivially destructible, so that the initial-exec model (the library is linked, never loaded
+    late) makes it a load at a fixed offset from the thread pointer, with no guard to check and
+    no call to __tls_get_addr. */
 struct TraceThreadSlot
 {
-    uint64_t writerSerial = 0;
-    TraceThreadState* state = nullptr;
+    uint64_t writerSerial;
+    TraceThreadState* state;
+};
 
-    ~TraceThreadSlot()
+static thread_local TraceThreadSlot threadSlot __attribute__ ((tls_model ("initial-exec"))) = {};
+
+/** Armed when the thread first takes a state, off the path of scopes: when the thread ends, its
+    last scopes are written. */
+struct TraceThreadExit
+{
+    bool armed = false;
+
+    ~TraceThreadExit()
     {
         const std::lock_guard<std::mutex> lock (liveWriterLock);
-        if (liveWriter != nullptr && liveWriter->serial == writerSerial)
-            liveWriter->threadEnded (*state);
+        if (armed && liveWriter != nullptr && liveWriter->serial == threadSlot.writerSerial)
+            liveWriter->threadEnded (*threadSlot.state);
     }
 };
 
-// Every scope finds its thread's state here: the initial-exec model reaches it without a call
-// to __tls_get_addr (the library is linked, never loaded late).
-static thread_local TraceThreadSlot threadSlot __attribute__ ((tls_model ("initial-exec")));
+static thread_local TraceThreadExit threadExit;
 
 //==============================================================================
 TraceWriter::TraceWriter (const TraceWriterOptions& options)
@@ -226,6 +236,22 @@ void TraceWriter::writeThreadInfo (const juce::String& name, uint32_t systemId, 
 }
 
 //==============================================================================
+// A thread without a state yet takes its id alone: its state is made when it enters its scope,
+// after the spec is written (which keeps the order of the first uids and of the clock's reads).
+uint32_t TraceWriter::takeSpecId()
+{
+    if (threadSlot.writerSerial != serial)
+        return specIdsGivenOut.fetch_add (1, std::memory_order_relaxed) + 1;
+    auto& state = *threadSlot.state;
+    if (state.specIdsLeft == 0)
+    {
+        state.nextSpecId = specIdsGivenOut.fetch_add (specIdsPerRange, std::memory_order_relaxed) + 1;
+        state.specIdsLeft = specIdsPerRange;
+    }
+    --state.specIdsLeft;
+    return state.nextSpecId++;
+}
+
 void TraceWriter::enterScope (uint32_t specId, uint64_t cycle)
 {
     auto& state = getThreadState();
@@ -262,11 +288,11 @@ void TraceWriter::flushBatch (TraceThreadState& state)
 //==============================================================================
 TraceThreadState& TraceWriter::getThreadState()
 {
-    // Set field by field: a slot made for an assignment would end the state as it went.
     if (threadSlot.writerSerial != serial)
     {
         threadSlot.state = makeThreadState();
         threadSlot.writerSerial = serial;
+        threadExit.armed = true;
     }
     return *threadSlot.state;
 }

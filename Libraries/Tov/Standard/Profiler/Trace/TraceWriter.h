@@ -85,6 +85,12 @@ public:
     /** "ThreadInfo" for the calling thread. */
     void writeThreadInfo (const juce::String& name, uint32_t systemId, int32_t sortHint);
 
+    /** A new id for an "EventSpec", never given before on this stream. A thread takes its ids
+        from a range of its own, so that a scope touches no counter that all threads share: ids
+        are unique, but not in the order they are written across threads. */
+    uint32_t takeSpecId();
+    static constexpr uint32_t specIdsPerRange = 256;
+
     /** Scopes of the calling thread, gathered in its batch until it is full. */
     void enterScope (uint32_t specId, uint64_t cycle);
     void leaveScope (uint64_t cycle);
@@ -107,7 +113,7 @@ public:
     static constexpr size_t eventTypesPacketSize = 3584;
 
 private:
-    friend struct TraceThreadSlot;
+    friend struct TraceThreadExit;
 
     const TraceWriterOptions options;
     const uint64_t serial;
@@ -120,6 +126,7 @@ private:
     std::atomic<uint32_t> uidsGivenOut;
     std::atomic<uint32_t> newEventKinds { 0 };  // a bit per kind given a uid since the last tick
     std::atomic<uint32_t> serialNumber { 0 };
+    std::atomic<uint32_t> specIdsGivenOut { 0 };
     std::atomic<uint16_t> nextThreadId { TracePacket::firstThreadId };
 
     TraceBufferPool bufferPool;
