@@ -47,7 +47,7 @@ void ObjectSpace::addObject (Object* object, UniqueIdentifier& identifier)
     if (identifier.isNull())
     {
         // A random value is taken as it comes: the table is not asked, and a collision overwrites.
-        identifier = makeRandomIdentifier();
+        identifier = takeRandomIdentifier();
     }
     else
     {
@@ -72,6 +72,20 @@ void ObjectSpace::removeObject (UniqueIdentifier identifier)
 UniqueIdentifier ObjectSpace::makeRandomIdentifier() const
 {
     return UniqueIdentifier ((uint64_t) Service::getRandomGeneratorFor (getParent()).sampleInt64());
+}
+
+UniqueIdentifier ObjectSpace::takeRandomIdentifier()
+{
+    if (identifiersDrawnAhead[0].isNull())
+        for (auto& drawn : identifiersDrawnAhead)
+            drawn = makeRandomIdentifier();
+
+    auto& slot = identifiersDrawnAhead[nextIdentifierDrawnAhead];
+    nextIdentifierDrawnAhead = (nextIdentifierDrawnAhead + 1) % identifiersDrawnAhead.size();
+    const auto identifier = slot;
+    slot = makeRandomIdentifier();
+    objectTable.prefetch (slot);
+    return identifier;
 }
 
 void ObjectSpace::logIdentifierConflict (const Object& holder, const Object& newcomer, UniqueIdentifier identifier) const
