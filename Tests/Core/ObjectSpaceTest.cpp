@@ -4,6 +4,7 @@
 #include "Support/TestValues.h"
 #include <Tov/Core/ClassRegistry.h>
 #include <Tov/Core/ObjectSpace.h>
+#include <Tov/Standard/RandomGenerator.h>
 #include <Tov/Standard/Service.h>
 #include "Support/TestService.h"
 #include "Support/LogTestSupport.h"
@@ -98,6 +99,23 @@ TEST (ObjectSpaceTest, RandomIdentifiersOutsideAnyServiceComeFromTheThreadsGener
     // Two 32-bit samples of the 48-bit generator per identifier, the first one high.
     EXPECT_EQ (first->getUniqueIdentifier().getInt64(), 0x00f692ddb39e2befull);
     EXPECT_EQ (second->getUniqueIdentifier().getInt64(), 0xebb7581287da010cull);
+}
+
+// The space draws a few identifiers ahead of the objects that take them; they still come in the
+// order of the draws, past the first few.
+TEST (ObjectSpaceTest, ObjectsEnteringInARowTakeTheGeneratorsDrawsInOrder)
+{
+    ObjectSpace space;
+    Service::getCallingThreadRandomGenerator().setSeed ((int64_t) 42);
+    RandomGenerator expected ((int64_t) 42);
+    std::vector<Owned<Shape>> shapes;
+    for (int i = 0; i < 10; ++i)
+    {
+        shapes.push_back (addToSpace<Shape> (space));
+        EXPECT_EQ (shapes.back()->getUniqueIdentifier().getInt64(), (uint64_t) expected.sampleInt64());
+        EXPECT_EQ (space.getObject (shapes.back()->getUniqueIdentifier()), shapes.back().get());
+    }
+    EXPECT_EQ (space.getNumObjects(), 10u);
 }
 
 TEST (ObjectSpaceTest, RandomIdentifiersComeFromTheGeneratorOfTheServiceAboveTheSpace)

@@ -6,6 +6,7 @@
 #include "../Core/ObjectExporter.h"
 #include "../Core/ObjectImporter.h"
 #include "../Core/StateComparingObjectExporter.h"
+#include <typeinfo>
 
 namespace tov
 {
