@@ -70,9 +70,6 @@ public:
     /** Asks getObject, so that a subclass that overrides it answers here too. */
     bool hasObject (UniqueIdentifier identifier) const   { return getObject (identifier) != nullptr; }
     size_t getNumObjects() const noexcept                { return objectTable.size(); }
-    /** Starts reading the table where that identifier would be found, for a getObject soon
-        after: loops over many objects fetch a few turns ahead. */
-    void prefetchObject (UniqueIdentifier identifier) const noexcept { objectTable.prefetch (identifier); }
 
     /** Enters an object being initialised in the space; called by Object::callInitializeObject.
 
