@@ -1,4 +1,5 @@
 #include "Support/TestValues.h"
+#include <Tov/Container/OwnedVector.h>
 #include <Tov/Core/StateComparingObjectExporter.h>
 #include <Tov/Core/StateObjectExporter.h>
 #include <gtest/gtest.h>
@@ -25,6 +26,20 @@ public:
 TOV_BEGIN_CLASS (ShapeHolder)
 TOV_END_CLASS()
 
+/** Holds a list of shapes, longer than the comparer reads ahead. */
+class Drawing : public Object
+{
+public:
+    TOV_DECLARE_CLASS (Drawing, Object)
+
+    OwnedVector<Rectangle> shapes;
+};
+TOV_BEGIN_CLASS (Drawing)
+    TOV_VARIABLE (shapes)
+TOV_END_CLASS()
+
+constexpr size_t numShapesInDrawing = 40;
+
 constexpr uint32_t shallow = exportTransientVariables | exportOwnedPointersAsIdentifiers;
 constexpr uint32_t deep = exportTransientVariables;
 
@@ -46,6 +61,19 @@ Owned<ShapeHolder> makeHolder()
     shape->width.set (3, false);
     holder->content = shape;
     return holder;
+}
+
+Owned<Drawing> makeDrawing()
+{
+    auto drawing = createOwned<Drawing>();
+    for (size_t i = 0; i < numShapesInDrawing; ++i)
+    {
+        auto* shape = create<Rectangle>();
+        shape->setUniqueIdentifier (UniqueIdentifier (0x100 + i));
+        shape->width.set ((int64_t) i, false);
+        drawing->shapes.append (shape, false);
+    }
+    return drawing;
 }
 
 bool matchesItsOwnState (const Object& object, uint32_t flags, bool writeClass)
@@ -141,4 +169,40 @@ TEST (StateComparingObjectExporterTest, AnExportWithoutDefaultsNeverMatches)
 {
     auto rectangle = makeRectangle();
     EXPECT_FALSE (matchesItsOwnState (*rectangle, shallow | exportWithoutDefaults, true));
+}
+
+TEST (StateComparingObjectExporterTest, AListComparesEachElementsIdentifierWhenShallowAndEachElementWhenDeep)
+{
+    auto drawing = makeDrawing();
+    EXPECT_TRUE (matchesItsOwnState (*drawing, shallow, true));
+    EXPECT_TRUE (matchesItsOwnState (*drawing, deep, true));
+
+    const auto shallowBefore = StateObjectExporter::make (*drawing, shallow, true);
+    const auto deepBefore = StateObjectExporter::make (*drawing, deep, true);
+    drawing->shapes.get (30)->width.set (-1, false);
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *shallowBefore, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *deepBefore, deep, true));
+
+    drawing->shapes.get (35)->setUniqueIdentifier (UniqueIdentifier (0x99));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *shallowBefore, shallow, true));
+    drawing->shapes.get (35)->setUniqueIdentifier (UniqueIdentifier (0x100 + 35));
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *shallowBefore, shallow, true));
+}
+
+TEST (StateComparingObjectExporterTest, AListWithAnElementMoreOrLessOrAnOddEntryDoesNotMatch)
+{
+    auto drawing = makeDrawing();
+    auto shapes = [] (State& state) -> State& { return state.getVariableStateRef (0); };
+    auto extra = changedState (*drawing, shallow, [&] (State& state) { shapes (state).addVariable (juce::String(), std::make_shared<State> (UniqueIdentifier (0x200))); });
+    auto named = changedState (*drawing, shallow, [&] (State& state) { shapes (state).setVariableName (39, "last"); });
+    auto withClass = changedState (*drawing, shallow, [&] (State& state) { shapes (state).getVariableStateRef (20).setClass (&Shape::staticClass); });
+    auto withIdentifier = changedState (*drawing, shallow, [&] (State& state) { shapes (state).getVariableStateRef (2).setUniqueIdentifier (UniqueIdentifier (0x102)); });
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *extra, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *named, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *withClass, shallow, true));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *withIdentifier, shallow, true));
+
+    const auto before = StateObjectExporter::make (*drawing, shallow, true);
+    drawing->shapes.removeLast (false);
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true));
 }

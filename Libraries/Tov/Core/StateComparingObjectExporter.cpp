@@ -24,9 +24,11 @@ bool StateComparingObjectExporter::matches (const Object& object, const State& e
     return exporter.same;
 }
 
+// The new level is filled in place: a level built aside and copied in is read back in wider
+// words than it was written, and the processor then waits for the stores to land.
 void StateComparingObjectExporter::push (const State* expected)
 {
-    stack.push_back ({ expected });
+    stack.emplace_back().expected = expected;
 }
 
 void StateComparingObjectExporter::pop()
@@ -192,6 +194,45 @@ void StateComparingObjectExporter::writeOwnedPointer (const Object* object, Clas
     save (*object, object->getClass() != declaredClass);
     finish (current());
     pop();
+}
+
+// What enterVariable, writeUniqueIdentifier and finish would check of a nameless variable that
+// holds the identifier of an owned object.
+static bool isIdentifierOf (const State::Variable& variable, const Object* object)
+{
+    const State* node = variable.second.get();
+    return variable.first.isEmpty() && node != nullptr && node->getType() == StateType::weakPointerType
+        && node->getUniqueIdentifierValue() == (object != nullptr ? object->getUniqueIdentifier() : UniqueIdentifier())
+        && node->getUniqueIdentifier().isNull() && node->getClassExpression() == nullptr && node->getVersionNumber() == 0;
+}
+
+void StateComparingObjectExporter::saveOwnedObjects (const std::vector<Object*>& objects, Class* declaredClass)
+{
+    if (! hasFlag (exportOwnedPointersAsIdentifiers))
+    {
+        for (auto* object : objects)
+            saveVariable (juce::String(), object, declaredClass);
+        return;
+    }
+    if (objects.empty() || ! isComparing())
+        return;
+
+    auto& level = current();
+    const auto& variables = level.expected->getVariables();
+    check (level.numVariables + objects.size() <= variables.size());
+    const auto* first = variables.data() + level.numVariables;
+    // Elements and nodes lie apart on the heap: those a few turns ahead are fetched meanwhile.
+    constexpr size_t fetchedAhead = 16;
+    for (size_t i = 0; i < objects.size() && isComparing(); ++i)
+    {
+        if (i + fetchedAhead < objects.size())
+        {
+            __builtin_prefetch (objects[i + fetchedAhead]);
+            __builtin_prefetch (first[i + fetchedAhead].second.get());
+        }
+        check (isIdentifierOf (first[i], objects[i]));
+    }
+    level.numVariables += objects.size();
 }
 
 void StateComparingObjectExporter::writeState (const std::shared_ptr<State>& state)

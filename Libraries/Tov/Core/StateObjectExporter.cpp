@@ -5,9 +5,14 @@
 namespace tov
 {
 
+// Snapshots follow one another on a thread (several per edited number): make leaves its emptied
+// stack to the next exporter of the thread, which then allocates none.
+static thread_local std::vector<std::shared_ptr<State>> spareStack;
+
 StateObjectExporter::StateObjectExporter (uint32_t flags)
     : ObjectExporter (flags)
 {
+    stack.swap (spareStack);
     stack.reserve (typicalDepth);
     stack.push_back (std::make_shared<State>());
 }
@@ -16,7 +21,10 @@ std::shared_ptr<State> StateObjectExporter::make (const Object& object, uint32_t
 {
     StateObjectExporter exporter (flags);
     exporter.save (object, writeClass);
-    return exporter.getRootState();
+    auto root = std::move (exporter.stack.front());
+    exporter.stack.clear();
+    exporter.stack.swap (spareStack);
+    return root;
 }
 
 void StateObjectExporter::save (const Object& object, bool writeClass)

@@ -128,10 +128,11 @@ Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String*
 
 // Addresses made one after the other mostly have the same path (the "value" of one element
 // after another): each thread shares the names it made last with the next equal path, so
-// that only a new path allocates.
+// that only a new path allocates. The names are gathered as the signatures' own, by address,
+// since copying a string counts its references, an atomic operation per name.
 Object* VariablePath::setFromChildObject (Object* object)
 {
-    thread_local Names collected;
+    thread_local std::vector<const juce::String*> collected;
     thread_local std::shared_ptr<Names> lastMade;
     collected.clear();
     while (object->hasParent() && object->hasStaticAllocationFlag())
@@ -139,18 +140,28 @@ Object* VariablePath::setFromChildObject (Object* object)
         auto* signature = object->getSignature();
         if (signature == nullptr)
             return nullptr;
-        collected.push_back (signature->getName());
+        collected.push_back (&signature->getName());
         object = object->getParent();
     }
-    std::reverse (collected.begin(), collected.end());
     if (collected.empty())
-        names = nullptr;
-    else
     {
-        if (lastMade == nullptr || *lastMade != collected)
-            lastMade = std::make_shared<Names> (collected);
-        names = lastMade;
+        names = nullptr;
+        return object;
     }
+    // Collected from the object up: the path reads them backwards.
+    auto isLastMade = [&]
+    {
+        return lastMade != nullptr && lastMade->size() == collected.size()
+            && std::equal (lastMade->begin(), lastMade->end(), collected.rbegin(),
+                           [] (const juce::String& made, const juce::String* name) { return made == *name; });
+    };
+    if (! isLastMade())
+    {
+        lastMade = std::make_shared<Names>();
+        for (auto name = collected.rbegin(); name != collected.rend(); ++name)
+            lastMade->push_back (**name);
+    }
+    names = lastMade;
     return object;
 }
 
