@@ -194,9 +194,12 @@ void EditorService::relayViewerOutput (int timeOutMilliseconds)
         viewerOutput += juce::String::fromUTF8 (buffer, numRead);
     for (int end = viewerOutput.indexOfChar ('\n'); end >= 0; end = viewerOutput.indexOfChar ('\n'))
     {
-        // Its debug output comes on the same pipe: only its own lines are shown.
-        if (viewerOutput.startsWith ("viewer: "))
-            say (viewerOutput.substring (0, end));
+        // Its debug output comes on the same pipe: only its own lines are shown. Other threads
+        // write that output in pieces (the text, then its end of line), so one of its own lines
+        // may come right after such a piece, on the same line.
+        const int start = viewerOutput.substring (0, end).indexOf ("viewer: ");
+        if (start >= 0)
+            say (viewerOutput.substring (start, end));
         viewerOutput = viewerOutput.substring (end + 1);
     }
 }
