@@ -237,7 +237,7 @@ void TraceWriter::writeThreadInfo (const juce::String& name, uint32_t systemId, 
 
 //==============================================================================
 // A thread without a state yet takes its id alone: its state is made when it enters its scope,
-// after the spec is written (which keeps the order of the first uids and of the clock's reads).
+// after its "EventSpec" is written (which keeps the order of the first uids and of the clock's reads).
 uint32_t TraceWriter::takeSpecId()
 {
     if (threadSlot.writerSerial != serial)
