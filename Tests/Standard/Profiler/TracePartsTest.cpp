@@ -167,9 +167,9 @@ TEST (TraceImportantEventsTest, EventsComeOutInOrderAcrossPagesAndLargeOnesGetAP
 {
     TraceImportantEvents events;
     std::vector<uint8_t> written;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 1000; ++i)
     {
-        const std::vector<uint8_t> event ((size_t) (i == 150 ? 3000 : 1 + i % 37), (uint8_t) i);
+        const std::vector<uint8_t> event ((size_t) (i == 150 ? TraceImportantEvents::pageSize + 1000 : 1 + i % 37), (uint8_t) i);
         events.write (event.data(), event.size());
         written.insert (written.end(), event.begin(), event.end());
     }

@@ -76,9 +76,6 @@ protected:
     /** True for the first caller in the process only: the user interface thread is named once. */
     static bool claimUserInterfaceThreadNaming() noexcept;
 
-    /** A number of this profiler alone, never given to another one in the process, even at the
-        same address: what a thread keeps of a profiler is checked against it. */
-
     /** What find gives for the calling thread and this profiler: find runs once per thread (and
         call site), and the thread keeps the answer for as long as it asks this profiler. */
     template <class Value, class Find>
@@ -89,7 +86,9 @@ protected:
             uint64_t profilerSerial = 0;
             Value* value = nullptr;
         };
-        thread_local Found found;
+        // Initial-exec: a load at a fixed offset from the thread pointer, where the general
+        // model of a shared library calls __tls_get_addr at every event.
+        thread_local Found found __attribute__ ((tls_model ("initial-exec")));
         if (found.profilerSerial != serial)
             found = { serial, &find() };
         return *found.value;
@@ -101,6 +100,8 @@ private:
 
     std::atomic<void*> renderingThreadId;
     std::atomic<void*> userInterfaceThreadId;
+    /** A number of this profiler alone, never given to another one in the process, even at the
+        same address: what a thread keeps of a profiler is checked against it. */
     const uint64_t serial;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Profiler.h"
-#include <deque>
+#include <vector>
 #include <map>
 #include <memory>
 
@@ -81,14 +81,14 @@ protected:
         rendering thread unless the back-end records all threads. */
     bool isCurrentThreadRecorded() const                { return isRecorded (getCurrentThreadClass()); }
     /** The calling thread's stack, made (and the thread named) on its first use. */
-    std::deque<Event>& getCurrentThreadStack()          { return getStack (getCurrentThreadClass()); }
+    std::vector<Event>& getCurrentThreadStack()          { return getStack (getCurrentThreadClass()); }
 
     juce::String address { "127.0.0.1" };
 
 private:
-    std::deque<Event> renderingStack;
-    std::deque<Event> userInterfaceStack;
-    std::map<uint32_t, std::unique_ptr<std::deque<Event>>> otherStacks;
+    std::vector<Event> renderingStack;
+    std::vector<Event> userInterfaceStack;
+    std::map<uint32_t, std::unique_ptr<std::vector<Event>>> otherStacks;
     bool renderingThreadNamed = false;
     juce::CriticalSection otherStacksLock;
     std::atomic<bool> recordRenderingThread { true };
@@ -104,7 +104,7 @@ private:
         return threadClass == ThreadClass::userInterface ? recordUserInterfaceThread : recordOtherThreads;
     }
 
-    std::deque<Event>& getStack (ThreadClass threadClass)
+    std::vector<Event>& getStack (ThreadClass threadClass)
     {
         if (threadClass == ThreadClass::rendering)
             return renderingStack;
@@ -118,19 +118,19 @@ private:
     }
 
     /** The map is looked up under the lock once per thread: the thread keeps what it found. */
-    std::deque<Event>& getOtherThreadStack()
+    std::vector<Event>& getOtherThreadStack()
     {
-        return findOncePerThread<std::deque<Event>> ([this]() -> std::deque<Event>& { return findOtherThreadStack(); });
+        return findOncePerThread<std::vector<Event>> ([this]() -> std::vector<Event>& { return findOtherThreadStack(); });
     }
 
-    std::deque<Event>& findOtherThreadStack()
+    std::vector<Event>& findOtherThreadStack()
     {
         const auto threadId = getCurrentSystemThreadId();
         const juce::ScopedLock lock (otherStacksLock);
         auto& stack = otherStacks[threadId];
         if (stack == nullptr)
         {
-            stack = std::make_unique<std::deque<Event>>();
+            stack = std::make_unique<std::vector<Event>>();
             if (auto* thread = juce::Thread::getCurrentThread())
                 setThreadName (thread->getThreadName(), threadId);
         }

@@ -94,11 +94,11 @@ uint32_t UnrealProfiler::writeSpec (juce::StringRef name)
     if (length > (size_t) longestName)
     {
         const auto cut = juce::String (name).substring (0, longestName);
-        writer.writeImportant (TraceEventKind::eventSpec, fixed, cut.toRawUTF8(), cut.getNumBytesAsUTF8());
+        writer.writeImportantOfScopes (TraceEventKind::eventSpec, fixed, cut.toRawUTF8(), cut.getNumBytesAsUTF8());
     }
     else
     {
-        writer.writeImportant (TraceEventKind::eventSpec, fixed, text, length);
+        writer.writeImportantOfScopes (TraceEventKind::eventSpec, fixed, text, length);
     }
     return specId;
 }

@@ -9,7 +9,8 @@ namespace tov
 /** A page: writers reserve room in it through the cursor, and count what they wrote in
     `committed`. The writer that swaps the next page in closes the page: it notes where the page
     ends, then links the next one (and before it, a page of the writer's own, whole, if it has
-    one). The bytes of a page are in the page itself, so that a new page is one allocation. */
+    one). The bytes of a page are in the page itself, so that a new page is one allocation, and
+    are left uninitialised (a page is made by new Page, not new Page()). */
 struct TraceImportantEvents::Page
 {
     Page() = default;
@@ -46,7 +47,7 @@ uint32_t TraceImportantEvents::getReserved (uint64_t cursor) noexcept
 }
 
 TraceImportantEvents::TraceImportantEvents()
-    : cursor (makeCursor (new Page(), 0))
+    : cursor (makeCursor (new Page, 0))
 {
     drainHead = getPage (cursor.load());
 }
@@ -94,7 +95,7 @@ bool TraceImportantEvents::tryReserve (uint64_t& seen, uint32_t size) noexcept
 // and links behind it its own page, if it has one, then the new page. Seen is the cursor now.
 bool TraceImportantEvents::tryClose (uint64_t& seen, Page* ownPage)
 {
-    auto fresh = std::make_unique<Page>();
+    std::unique_ptr<Page> fresh (new Page);
     const uint64_t freshCursor = makeCursor (fresh.get(), 0);
     if (! cursor.compare_exchange_strong (seen, freshCursor, std::memory_order_acq_rel, std::memory_order_acquire))
         return false;

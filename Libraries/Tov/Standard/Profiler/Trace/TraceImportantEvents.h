@@ -10,8 +10,9 @@ namespace tov
 {
 
 /** The events that every connection needs, whenever it comes (event specs, thread names,
-    counters): not in a thread's buffers but in shared pages of 1024 bytes, a chain, which any
-    thread fills by reserving room on the current page. An event larger than a page gets a page
+    counters): not in a thread's buffers but in shared pages of 8192 bytes, a chain, which any
+    thread fills by reserving room on the current page. The "EventSpec"s of a thread's scopes
+    come in runs, one per batch of scopes (see TraceWriter::writeImportantOfScopes). An event larger than a page gets a page
     of its own, linked behind the current one, which it closes.
 
     The current page and how much of it is reserved are one word, so that a writer reserves its
@@ -40,7 +41,7 @@ public:
 
     size_t getCacheSize() const noexcept            { return cacheBlocks.size() * cacheBlockSize; }
 
-    static constexpr uint32_t pageSize = 1024;
+    static constexpr uint32_t pageSize = 8192;     // the reserved bytes must fit in 16 bits
     static constexpr size_t cacheBlockSize = 65536;
 
 private:

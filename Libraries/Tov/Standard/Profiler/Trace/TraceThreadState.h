@@ -8,7 +8,8 @@ namespace tov
 {
 
 /** What the trace stream keeps of one thread: its id on the stream, its chain of buffers (its
-    thread writes at the newest, the worker sends from the oldest) and its batch of scopes.
+    thread writes at the newest, the worker sends from the oldest), its batch of scopes and the
+    "EventSpec"s of those scopes, held until the batch is written.
 
     Scopes are gathered in the batch as variable-length integers: an enter is the cycles since
     the last one written, times 2, plus 1, then the id of its "EventSpec"; a leave the cycles since, times 2.
@@ -33,6 +34,11 @@ struct TraceThreadState
     uint32_t nextSpecId = 0;
     uint32_t specIdsLeft = 0;
 
+    // Important events that only the batch's scopes refer to, held until the batch is written.
+    static constexpr size_t heldImportantSize = 1024;
+    uint8_t heldImportant[heldImportantSize];
+    size_t heldImportantCursor = 0;
+
     void enterScope (uint64_t cycle, uint32_t specId) noexcept
     {
         writeVariable ((cycle - lastCycle) * 2 + 1);
@@ -49,15 +55,19 @@ struct TraceThreadState
     bool isBatchFull() const noexcept           { return batchCursor >= batchSize; }
 
 private:
-    /** 7 bits a byte, the low bits first, the top bit set on all bytes but the last. */
+    /** 7 bits a byte, the low bits first, the top bit set on all bytes but the last. The cursor
+        is kept aside meanwhile: a byte written to the batch might be the cursor, as far as the
+        compiler knows, which would make it reload the cursor after every byte. */
     void writeVariable (uint64_t value) noexcept
     {
+        size_t cursor = batchCursor;
         while (value >= 0x80)
         {
-            batch[batchCursor++] = (uint8_t) (value | 0x80);
+            batch[cursor++] = (uint8_t) (value | 0x80);
             value >>= 7;
         }
-        batch[batchCursor++] = (uint8_t) value;
+        batch[cursor++] = (uint8_t) value;
+        batchCursor = cursor;
     }
 };
 

@@ -148,16 +148,15 @@ uint16_t TraceWriter::giveUid (TraceEventKind kind) noexcept
     return expected == refusedUid ? 0 : expected;
 }
 
-// uid, size of what follows, fixed part, then the auxiliary data with its header and end byte.
 void TraceWriter::writeImportant (TraceEventKind kind, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize)
 {
     const uint16_t uid = getUid (kind);
     if (uid == 0)
         return;
+    if (threadSlot.writerSerial == serial)
+        writeHeldImportant (*threadSlot.state);
     const auto& type = TraceEventType::get (kind);
-    const bool hasAuxiliary = type.hasAuxiliary();
-    const size_t bodySize = type.fixedSize + (hasAuxiliary ? 4 + auxiliarySize + 1 : 0);
-    const size_t size = 4 + bodySize;
+    const size_t size = getImportantSize (type, auxiliarySize);
 
     // Names are short: the event is made on the stack unless it is long.
     uint8_t onStack[256];
@@ -165,18 +164,55 @@ void TraceWriter::writeImportant (TraceEventKind kind, const uint8_t* fixed, con
     uint8_t* event = onStack;
     if (size > sizeof (onStack))
         event = (onHeap = std::make_unique<uint8_t[]> (size)).get();
+    makeImportant (event, uid, type, fixed, auxiliary, auxiliarySize);
+    importantEvents.write (event, size);
+}
 
+// A thread without a state yet writes its first spec straight away (see takeSpecId).
+void TraceWriter::writeImportantOfScopes (TraceEventKind kind, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize)
+{
+    const auto& type = TraceEventType::get (kind);
+    const size_t size = getImportantSize (type, auxiliarySize);
+    if (threadSlot.writerSerial != serial || size > TraceThreadState::heldImportantSize)
+        return writeImportant (kind, fixed, auxiliary, auxiliarySize);
+    const uint16_t uid = getUid (kind);
+    if (uid == 0)
+        return;
+    auto& state = *threadSlot.state;
+    if (state.heldImportantCursor + size > TraceThreadState::heldImportantSize)
+        writeHeldImportant (state);
+    makeImportant (state.heldImportant + state.heldImportantCursor, uid, type, fixed, auxiliary, auxiliarySize);
+    state.heldImportantCursor += size;
+}
+
+void TraceWriter::writeHeldImportant (TraceThreadState& state)
+{
+    if (state.heldImportantCursor == 0)
+        return;
+    importantEvents.write (state.heldImportant, state.heldImportantCursor);
+    state.heldImportantCursor = 0;
+}
+
+size_t TraceWriter::getImportantSize (const TraceEventType& type, size_t auxiliarySize) noexcept
+{
+    return 4 + type.fixedSize + (type.hasAuxiliary() ? 4 + auxiliarySize + 1 : 0);
+}
+
+// uid, size of what follows, fixed part, then the auxiliary data with its header and end byte.
+void TraceWriter::makeImportant (uint8_t* event, uint16_t uid, const TraceEventType& type, const uint8_t* fixed, const void* auxiliary,
+                                 size_t auxiliarySize) noexcept
+{
+    const size_t bodySize = getImportantSize (type, auxiliarySize) - 4;
     writeLittleEndian<uint16_t> (event, uid);
     writeLittleEndian<uint16_t> (event + 2, (uint16_t) std::min<size_t> (bodySize, 0xffff));
     std::memcpy (event + 4, fixed, type.fixedSize);
-    if (hasAuxiliary)
+    if (type.hasAuxiliary())
     {
         uint8_t* data = event + 4 + type.fixedSize;
         writeLittleEndian<uint32_t> (data, makeAuxiliaryHeader (traceAuxiliaryUid, getAuxiliaryFieldIndex (type), auxiliarySize));
         std::memcpy (data + 4, auxiliary, auxiliarySize);
         data[4 + auxiliarySize] = traceAuxiliaryEndUid;
     }
-    importantEvents.write (event, size);
 }
 
 void TraceWriter::writeToThread (TraceEventKind kind, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize)
@@ -275,8 +311,10 @@ void TraceWriter::flushScopes()
         flushBatch (*threadSlot.state);
 }
 
+// What the batch refers to goes to the important events before the batch is committed.
 void TraceWriter::flushBatch (TraceThreadState& state)
 {
+    writeHeldImportant (state);
     if (state.batchCursor == 0)
         return;
     if (isChannelEnabled (Channel::cpu))
@@ -289,12 +327,16 @@ void TraceWriter::flushBatch (TraceThreadState& state)
 TraceThreadState& TraceWriter::getThreadState()
 {
     if (threadSlot.writerSerial != serial)
-    {
-        threadSlot.state = makeThreadState();
-        threadSlot.writerSerial = serial;
-        threadExit.armed = true;
-    }
+        attachThread();
     return *threadSlot.state;
+}
+
+// Out of line, so that what every scope runs through stays small enough to be inlined.
+void TraceWriter::attachThread()
+{
+    threadSlot.state = makeThreadState();
+    threadSlot.writerSerial = serial;
+    threadExit.armed = true;
 }
 
 // The thread's first buffer notes when it began, and starts with "ThreadTiming".

@@ -80,6 +80,12 @@ public:
     /** From any thread. The fixed part has the type's fixed size; the auxiliary data goes to
         the type's field of auxiliary data. */
     void writeImportant (TraceEventKind kind, const uint8_t* fixed, const void* auxiliary = nullptr, size_t auxiliarySize = 0);
+    /** An important event that only the calling thread's scopes refer to (their "EventSpec"):
+        held with the thread's batch of scopes and written to the important events just before
+        the batch, all that the batch refers to in one piece, so that a scope touches nothing
+        that other threads share. A thread's important events keep the order it wrote them in:
+        writeImportant writes what the thread holds first. */
+    void writeImportantOfScopes (TraceEventKind kind, const uint8_t* fixed, const void* auxiliary = nullptr, size_t auxiliarySize = 0);
     /** Into the calling thread's buffer. */
     void writeToThread (TraceEventKind kind, const uint8_t* fixed, const void* auxiliary = nullptr, size_t auxiliarySize = 0);
     /** "ThreadInfo" for the calling thread. */
@@ -142,9 +148,13 @@ private:
     uint16_t giveUid (TraceEventKind kind) noexcept;
 
     TraceThreadState& getThreadState();
+    [[gnu::noinline]] void attachThread();
     TraceThreadState* makeThreadState();
     void threadEnded (TraceThreadState& state);
     void writeToThread (TraceThreadState& state, TraceEventKind kind, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize);
+    static size_t getImportantSize (const TraceEventType& type, size_t auxiliarySize) noexcept;
+    static void makeImportant (uint8_t* event, uint16_t uid, const TraceEventType& type, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize) noexcept;
+    void writeHeldImportant (TraceThreadState& state);
     uint8_t* reserve (TraceThreadState& state, size_t size);
     void takeNextBuffer (TraceThreadState& state);
     void writeAuxiliaryPieces (TraceThreadState& state, uint8_t fieldIndex, const uint8_t* data, size_t size);
