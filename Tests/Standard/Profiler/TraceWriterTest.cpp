@@ -290,3 +290,48 @@ TEST (TraceWriterTest, SpecIdsAreUniqueAndAThreadTakesThemInARangeOfItsOwn)
     EXPECT_EQ (nextOfOtherThread, 3 + TraceWriter::specIdsPerRange);
     EXPECT_EQ (writer.takeSpecId(), 3u);
 }
+
+TEST (TraceWriterTest, TheEventSpecsOfABatchGoOutWithItAndInTheOrderOfTheirThread)
+{
+    TemporaryTrace trace;
+    std::string dumpBeforeTheBatch;
+    {
+        TraceWriter writer (makeTestOptions (false));
+        ASSERT_TRUE (writer.getTransport().openFile (trace.file));
+        writer.setChannelEnabled (TraceWriter::Channel::cpu, true);
+        const auto writeSpec = [&writer] (uint8_t id, const std::string& name)
+        {
+            const uint8_t fixed[4] = { id, 0, 0, 0 };
+            writer.writeImportantOfScopes (TraceEventKind::eventSpec, fixed, name.data(), name.size());
+        };
+        writeSpec (1, "First");                 // the thread has no state yet: written at once
+        writer.enterScope (1, 100);
+        writeSpec (2, "Second");                // held with the batch
+        writer.enterScope (2, 110);
+        std::thread ([&writer] { writer.tick(); }).join();     // a tick of this thread would write what it holds
+        dumpBeforeTheBatch = dumpOf (trace.read());
+        writeSpec (3, "Third");
+        writer.writeThreadInfo ("Named", 5, 0); // what the thread holds goes first
+        writeSpec (4, "Fourth");
+        writer.leaveScope (120);
+        writer.leaveScope (130);
+        writer.flushScopes();
+    }
+    EXPECT_EQ (linesStartingWith (dumpBeforeTheBatch, "important uid=18"),
+               (std::vector<std::string> { "important uid=18 CpuProfiler.EventSpec Id=1 Name=\"First\"" }));
+    EXPECT_TRUE (linesStartingWith (dumpBeforeTheBatch, "thread 2 uid=22").empty());
+    const auto dump = dumpOf (trace.read());
+    std::vector<std::string> specsAndThreadInfo;
+    for (const auto& line : linesStartingWith (dump, "important uid="))
+        if (line.find ("EventSpec") != std::string::npos || line.find ("ThreadInfo") != std::string::npos)
+            specsAndThreadInfo.push_back (line);
+    EXPECT_EQ (specsAndThreadInfo, (std::vector<std::string> {
+        "important uid=18 CpuProfiler.EventSpec Id=1 Name=\"First\"",
+        "important uid=18 CpuProfiler.EventSpec Id=2 Name=\"Second\"",
+        "important uid=18 CpuProfiler.EventSpec Id=3 Name=\"Third\"",
+        "important uid=21 $Trace.ThreadInfo ThreadId=2 SystemId=5 SortHint=0 Name=\"Named\"",
+        "important uid=18 CpuProfiler.EventSpec Id=4 Name=\"Fourth\"" }));
+    EXPECT_EQ (linesStartingWith (dump, "scope "), (std::vector<std::string> {
+        "scope thread=2 depth=1 \"Second\" spec=2 begin=110 end=120",
+        "scope thread=2 depth=0 \"First\" spec=1 begin=100 end=130" }));
+}
