@@ -5,8 +5,6 @@
 #include "../Core/ClassRegistry.h"
 #include "../Core/ObjectExporter.h"
 #include "../Core/ObjectImporter.h"
-#include "../Core/StateComparingObjectExporter.h"
-#include <typeinfo>
 
 namespace tov
 {
@@ -367,11 +365,7 @@ void ObjectOwnedVector::save (ObjectExporter& exporter) const
 {
     if (! objects.empty())
         exporter.reserveVariables (objects.size());
-    // A comparer takes the whole list at once (a scope's context is compared at every edit).
-    if (typeid (exporter) == typeid (StateComparingObjectExporter))
-        return static_cast<StateComparingObjectExporter&> (exporter).saveOwnedObjects (objects, getTargetClass());
-    for (auto* object : objects)
-        exporter.saveVariable (juce::String(), object, getTargetClass());
+    exporter.saveOwnedObjects (objects, getTargetClass());
 }
 
 bool ObjectOwnedVector::load (ObjectImporter& importer)

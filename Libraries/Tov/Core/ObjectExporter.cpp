@@ -21,4 +21,10 @@ void ObjectExporter::saveVariable (const juce::String& name, uint64_t size, void
 void ObjectExporter::saveVariable (const juce::String& name, const Object* pointedObject, Class* declaredClass) { Scope scope (*this, name); writeOwnedPointer (pointedObject, declaredClass); }
 void ObjectExporter::saveVariable (const juce::String& name, const Object& object)              { Scope scope (*this, name); save (object, false); }
 
+void ObjectExporter::saveOwnedObjects (const std::vector<Object*>& objects, Class* declaredClass)
+{
+    for (auto* object : objects)
+        saveVariable (juce::String(), object, declaredClass);
+}
+
 } // namespace tov

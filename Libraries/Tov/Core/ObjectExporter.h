@@ -68,6 +68,10 @@ public:
     void saveVariable (const juce::String& name, const Object* pointedObject, Class* declaredClass);
     void saveVariable (const juce::String& name, const Object& object);
 
+    /** An owned list's elements, once their variables are reserved: saveVariable (juce::String(),
+        object, declaredClass) for each in turn, unless the exporter has a faster way. */
+    virtual void saveOwnedObjects (const std::vector<Object*>& objects, Class* declaredClass);
+
     /** Enters a named variable for the life of the scope. */
     class Scope
     {

@@ -210,8 +210,7 @@ void StateComparingObjectExporter::saveOwnedObjects (const std::vector<Object*>&
 {
     if (! hasFlag (exportOwnedPointersAsIdentifiers))
     {
-        for (auto* object : objects)
-            saveVariable (juce::String(), object, declaredClass);
+        ObjectExporter::saveOwnedObjects (objects, declaredClass);
         return;
     }
     if (objects.empty() || ! isComparing())

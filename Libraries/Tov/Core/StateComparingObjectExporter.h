@@ -39,11 +39,9 @@ public:
     void writeState (const std::shared_ptr<State>& state) override;
     void writeBuffer (uint64_t size, void* data, bool copy) override;
 
-    /** As saveVariable (juce::String(), object, declaredClass) for each object in turn, which is
-        how an owned vector saves its elements once it has reserved their variables. Objects
-        written as identifiers are compared in one pass over the list, without calls per
+    /** Objects written as identifiers are compared in one pass over the list, without calls per
         element: a document's context is mostly one long list, compared edit after edit. */
-    void saveOwnedObjects (const std::vector<Object*>& objects, Class* declaredClass);
+    void saveOwnedObjects (const std::vector<Object*>& objects, Class* declaredClass) override;
 
 private:
     /** A node being compared: what it is expected to be, and what has been written to it. */
