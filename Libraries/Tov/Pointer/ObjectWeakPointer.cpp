@@ -114,7 +114,8 @@ void ObjectWeakPointer::set (const VariableAddress& newAddress, bool notify)
         return;
     }
 
-    Object* previous = get();
+    // A pointer that holds nothing yet (every message's and transaction's) has nothing to resolve.
+    Object* previous = object == nullptr && address.isNull() ? nullptr : get();
     detachFromObject();
     address = newAddress;
 

@@ -1,6 +1,8 @@
 #include "ChildTransactionsScope.h"
 #include "../Peer.h"
 #include "../../Core/ObjectSpaceProvider.h"
+#include "../../Core/VariableAddress.h"
+#include "../../Standard/ExecutionContext.h"
 
 namespace tov
 {
@@ -32,6 +34,26 @@ ObjectSpaceProvider* ChildTransactionsScope::getProviderAboveChildren()
         providerFound = true;
     }
     return provider;
+}
+
+// The children's addresses mostly copy one string for the name of their space: the kept copy
+// holds its text, so the same text is the same name and no other string can have taken it.
+ObjectSpace* ChildTransactionsScope::getSpaceAboveChildren (const VariableAddress& address)
+{
+    if (! spaceFound || address.getSpace().getCharPointer() != spaceName.getCharPointer())
+    {
+        space = address.getObjectSpaceFromProvider (getProviderAboveChildren());
+        spaceName = address.getSpace();
+        spaceFound = true;
+    }
+    return space;
+}
+
+ExecutionContext& ChildTransactionsScope::getExecutionContext()
+{
+    if (context == nullptr)
+        context = &ExecutionContext::get();
+    return *context;
 }
 
 // A child in a space finds its peer above the space, any other above the children's parent.
