@@ -44,9 +44,9 @@ MirroredTransaction::MirroredTransaction (Object& object)
 }
 
 // Inside a composite the climb above the composite's list is made once for all its children.
-ObjectSpace* MirroredTransaction::findSpace (const MirroringMessage& message, ChildTransactionsScope* scope) const
+ObjectSpace* MirroredTransaction::findSpace (const MirroringMessage& message, const VariableAddress& address,
+                                             ChildTransactionsScope* scope) const
 {
-    const auto& address = message.getPointer().getAddress();
     if (scope == nullptr || cachedDynamicCast<ObjectSpaceProvider> (message) != nullptr
          || cachedDynamicCast<ObjectSpaceProvider> (*this) != nullptr)
         return address.getObjectSpaceFromProvider (ObjectSpaceProvider::get (message, false));
@@ -146,8 +146,9 @@ MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::share
     auto* message = new MirroringMessage (pointer, stateToLoad);
     message->setParent (const_cast<UpdateObjectMirroredTransaction*> (this));
 
-    space = findSpace (*message, scope);
-    object = space != nullptr ? message->getPointer().getAddress().getObjectInSpace (*space) : nullptr;
+    const auto& address = pointer.getAddress();
+    space = findSpace (*message, address, scope);
+    object = space != nullptr ? address.getObjectInSpace (*space) : nullptr;
     if (object != nullptr && object->hasSpace() && isExcludedFromMirroringWhenSent (*object, scope))
         object->getSpace()->addToMirroringExclusionList (*object, 2);
     return message;

@@ -39,9 +39,9 @@ protected:
     void applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space,
                              ChildTransactionsScope* scope) const;
 
-    /** The space that the message's address names, found from the provider that a climb from
-        the message finds, the message being a child of this transaction. */
-    ObjectSpace* findSpace (const MirroringMessage& message, ChildTransactionsScope* scope) const;
+    /** The space that the address (the message's) names, found from the provider that a climb
+        from the message finds, the message being a child of this transaction. */
+    ObjectSpace* findSpace (const MirroringMessage& message, const VariableAddress& address, ChildTransactionsScope* scope) const;
     /** Peer::get of this transaction. */
     Peer* findPeer (ChildTransactionsScope* scope) const;
 
