@@ -143,6 +143,8 @@ void UpdateObjectMirroredTransaction::applyAndAddState (const std::shared_ptr<St
 MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::shared_ptr<State>& stateToLoad, ChildTransactionsScope* scope,
                                                                 Object*& object, ObjectSpace*& space) const
 {
+    // The state, counted by the message and read by the load, is fetched while the message is made.
+    __builtin_prefetch (stateToLoad.get());
     auto* message = new MirroringMessage (pointer, stateToLoad);
     message->setParent (const_cast<UpdateObjectMirroredTransaction*> (this));
 
