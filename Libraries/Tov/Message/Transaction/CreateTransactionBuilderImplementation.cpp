@@ -27,13 +27,6 @@ static constexpr uint32_t destroyedObjectSnapshot = 0;
 // not grow and fill a new table each time.
 static thread_local CreateTransactionBuilderImplementation::UndoValues spareUndoValues;
 
-// For the same reason a composite's list that outgrows a small edit takes at once the room that
-// the last finished composite of the thread needed: grown by doubling, the list of a thousand
-// changes was allocated some ten times, the large blocks through the allocator's slow path.
-// A composite smaller than the last one keeps that room unused, once.
-static thread_local size_t lastNumTransactions = 0;
-static constexpr size_t numTransactionsOfASmallEdit = 16;
-
 CreateTransactionBuilderImplementation::CreateTransactionBuilderImplementation (ObjectSpace& space, const juce::String& description, History* history)
     : TransactionBuilderImplementation (space), undoValues (std::move (spareUndoValues)),
       transaction (new CompositeTransaction (description)), history (history)
@@ -63,9 +56,6 @@ std::shared_ptr<State> CreateTransactionBuilderImplementation::getUndoValue (con
 void CreateTransactionBuilderImplementation::appendTransaction (Transaction* newTransaction)
 {
     flush();
-    auto& transactions = transaction->getTransactions();
-    if (transactions.size() == numTransactionsOfASmallEdit && lastNumTransactions > numTransactionsOfASmallEdit)
-        transactions.reserve (lastNumTransactions);
     transaction->addTransaction (newTransaction);
 }
 
@@ -78,7 +68,6 @@ CompositeTransaction* CreateTransactionBuilderImplementation::takeFinishedTransa
 
     auto* finished = transaction;
     transaction = nullptr;
-    lastNumTransactions = finished->getTransactions().size();
     if (finished->getTransactions().size() > 0)
         return finished;
     finished->deleteThis();
