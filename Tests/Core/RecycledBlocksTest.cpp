@@ -38,11 +38,11 @@ TEST_F (RecycledBlocksTest, BlocksComeBackLastGivenFirst)
     ::operator delete (second);
 }
 
-TEST_F (RecycledBlocksTest, ABlockBeyondTheCapacityIsFreed)
+// Gives one block more than the cache holds, and takes back what it kept.
+static void checkABlockBeyondTheCapacityIsFreed (RecycledBlocks& blocks, size_t capacity)
 {
-    RecycledBlocks blocks;
     std::vector<void*> given;
-    for (size_t i = 0; i <= RecycledBlocks::capacity; ++i)
+    for (size_t i = 0; i <= capacity; ++i)
     {
         given.push_back (::operator new (64));
         blocks.give (given.back());
@@ -50,9 +50,23 @@ TEST_F (RecycledBlocksTest, ABlockBeyondTheCapacityIsFreed)
     size_t numTaken = 0;
     for (void* block = blocks.take(); block != nullptr; block = blocks.take())
     {
-        EXPECT_EQ (block, given[RecycledBlocks::capacity - 1 - numTaken]);
+        EXPECT_EQ (block, given[capacity - 1 - numTaken]);
         ::operator delete (block);
         ++numTaken;
     }
-    EXPECT_EQ (numTaken, RecycledBlocks::capacity);
+    EXPECT_EQ (numTaken, capacity);
+}
+
+TEST_F (RecycledBlocksTest, ABlockBeyondTheCapacityIsFreed)
+{
+    RecycledBlocks blocks;
+    EXPECT_EQ (blocks.getCapacity(), (size_t) 128);
+    checkABlockBeyondTheCapacityIsFreed (blocks, 128);
+}
+
+TEST_F (RecycledBlocksTest, ACacheKeepsAsManyBlocksAsItWasGivenRoomFor)
+{
+    RecycledBlocks blocks (1024);
+    EXPECT_EQ (blocks.getCapacity(), (size_t) 1024);
+    checkABlockBeyondTheCapacityIsFreed (blocks, 1024);
 }

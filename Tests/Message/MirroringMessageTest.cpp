@@ -1,5 +1,6 @@
 #include "MessageTestSupport.h"
 #include <Tov/Core/ObjectExporter.h>
+#include <Tov/Core/RecycledBlocks.h>
 #include <Tov/Core/StateObjectExporter.h>
 #include <Tov/Message/Mirroring/MirroringMessage.h>
 
@@ -84,4 +85,20 @@ TEST_F (MirroringMessageTest, AMessageWithoutSpaceDoesNothing)
     Integer sender;
     message.process (service.context, sender, *peer.getIncomingMessageTarget());
     EXPECT_EQ (root->title.get(), "first");
+}
+
+TEST_F (MirroringMessageTest, ANewMessageTakesTheBlockOfOneJustDeletedOnTheSameThread)
+{
+    if (! RecycledBlocks::keepsBlocks)
+        GTEST_SKIP() << "nothing is kept under AddressSanitizer";
+    auto* first = new MirroringMessage (*root);
+    const void* block = first;
+    first->deleteThis();
+
+    root->title.set ("second", false);
+    auto* second = new MirroringMessage (*root);
+    EXPECT_EQ (static_cast<const void*> (second), block);
+    EXPECT_EQ (second->getPointer().getAddress().getObject (&peer), root);
+    EXPECT_EQ (second->getState()->getVariableStateByName ("title")->getString(), "second");
+    second->deleteThis();
 }

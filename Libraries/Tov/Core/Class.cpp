@@ -109,12 +109,17 @@ void Class::deinitializeClass()
 }
 
 //==============================================================================
+// Names in paths and addresses are mostly the signatures' own strings: the same text is the
+// same name without reading it.
 template <class Signatures>
 static int findSignature (const Signatures& signatures, juce::StringRef name)
 {
     for (size_t i = 0; i < signatures.size(); ++i)
-        if (signatures[i]->getName() == name)
+    {
+        const auto& signatureName = signatures[i]->getName();
+        if (signatureName.getCharPointer() == name.text || signatureName == name)
             return (int) i;
+    }
     return -1;
 }
 

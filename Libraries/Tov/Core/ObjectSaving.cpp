@@ -138,15 +138,24 @@ bool Object::loadVariable (ObjectImporter& importer, juce::StringRef name)
     return true;
 }
 
+// Loads follow one another on a thread (one per undone number): each takes the list of marks
+// that the last one left, emptied, and allocates none. A load inside a load finds none left
+// and makes its own. Read with the initial-exec model (through the thread pointer, 24 bytes of
+// static TLS) rather than through the loader twice per load.
+[[gnu::tls_model ("initial-exec")]] static thread_local std::vector<Object*> spareMarks;
+
 bool Object::loadFromState (ExecutionContext& context, const std::shared_ptr<State>& state)
 {
     ObjectImporter importer (context, state);
-    // Room for the usual chain (the object, its owners across embedding), allocated once.
+    // Room for the usual chain (the object, its owners across embedding).
     std::vector<Object*> marked;
+    marked.swap (spareMarks);
     marked.reserve (4);
     startApplyingVariableConstraintsOnParents (marked);
     const bool result = importer.load (*this);
     finishApplyingVariableConstraintsOnParents (marked);
+    marked.clear();
+    spareMarks.swap (marked);
     return result;
 }
 

@@ -3,6 +3,12 @@
 namespace tov
 {
 
+RecycledBlocks::RecycledBlocks (size_t wantedCapacity)
+    : blocks (new (std::nothrow) void*[wantedCapacity])
+{
+    capacity = blocks != nullptr ? wantedCapacity : 0;
+}
+
 RecycledBlocks::~RecycledBlocks()
 {
     while (numBlocks > 0)

@@ -26,54 +26,11 @@ Envelop::Envelop (Object* sender, Message* message)
         addMessage (message);
 }
 
-// The cache of the calling thread, made on its first envelop. It is asked twice per envelop,
-// so the pointer to it is read with the initial-exec model (one read through the thread
-// pointer, eight bytes of static TLS) rather than through the loader on every use. When the
-// thread ends, its cache goes and the pointer stays null: envelops deleted later in that
-// thread's or the process's end go to the general allocator.
-[[gnu::tls_model ("initial-exec")]] static thread_local RecycledBlocks* envelopBlocks = nullptr;
-[[gnu::tls_model ("initial-exec")]] static thread_local bool envelopBlocksEnded = false;
+// A service takes every envelop queued since its last pass and deletes them together.
+using EnvelopBlocks = ThreadRecycledBlocks<Envelop, RecycledBlocks::defaultCapacity>;
 
-static RecycledBlocks* makeEnvelopBlocksOfThisThread()
-{
-    struct Owner
-    {
-        RecycledBlocks blocks;
-        ~Owner()
-        {
-            envelopBlocks = nullptr;
-            envelopBlocksEnded = true;
-        }
-    };
-    thread_local Owner owner;
-    return &owner.blocks;
-}
-
-static RecycledBlocks* getEnvelopBlocks()
-{
-    if (envelopBlocks == nullptr && ! envelopBlocksEnded)
-        envelopBlocks = makeEnvelopBlocksOfThisThread();
-    return envelopBlocks;
-}
-
-// A class derived from Envelop has blocks of another size: those go to the general allocator.
-void* Envelop::operator new (size_t size)
-{
-    if (size == sizeof (Envelop))
-        if (auto* blocks = getEnvelopBlocks())
-            if (auto* block = blocks->take())
-                return block;
-    return ::operator new (size);
-}
-
-void Envelop::operator delete (void* block, size_t size) noexcept
-{
-    auto* blocks = size == sizeof (Envelop) ? getEnvelopBlocks() : nullptr;
-    if (blocks != nullptr)
-        blocks->give (block);
-    else
-        ::operator delete (block);
-}
+void* Envelop::operator new (size_t size)                        { return EnvelopBlocks::allocate (size); }
+void Envelop::operator delete (void* block, size_t size) noexcept  { EnvelopBlocks::deallocate (block, size); }
 
 void Envelop::addMessage (Message* message)
 {

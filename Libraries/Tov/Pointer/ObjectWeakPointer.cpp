@@ -114,7 +114,8 @@ void ObjectWeakPointer::set (const VariableAddress& newAddress, bool notify)
         return;
     }
 
-    Object* previous = get();
+    // A pointer that holds nothing yet (every message's and transaction's) has nothing to resolve.
+    Object* previous = object == nullptr && address.isNull() ? nullptr : get();
     detachFromObject();
     address = newAddress;
 
@@ -130,7 +131,13 @@ void ObjectWeakPointer::set (const VariableAddress& newAddress, bool notify)
 void ObjectWeakPointer::setAddressOf (Object* target, bool notify)
 {
     VariableAddress targetAddress;
-    if (targetAddress.setObject (target, nullptr))
+    if (! targetAddress.setObject (target, nullptr))
+        return;
+    // A pointer that holds nothing (every transaction's) takes the new address as it is: a copy
+    // would count the references of its strings again, and the dropped one count them down.
+    if (! notify && object == nullptr && address.isNull())
+        address = std::move (targetAddress);
+    else
         set (targetAddress, notify);
 }
 

@@ -1,6 +1,7 @@
 #include "MirroringMessage.h"
 #include "../../Core/ObjectExporter.h"
 #include "../../Core/ObjectSpace.h"
+#include "../../Core/RecycledBlocks.h"
 #include "../../Core/StateObjectExporter.h"
 
 namespace tov
@@ -35,6 +36,12 @@ MirroringMessage::MirroringMessage (const ObjectWeakPointer& address, const std:
     pointer.set (address.getAddress(), false);
     state.set (objectState, false);
 }
+
+// Room for the messages of a composite of a thousand changes.
+using MirroringMessageBlocks = ThreadRecycledBlocks<MirroringMessage, 1024>;
+
+void* MirroringMessage::operator new (size_t size)                        { return MirroringMessageBlocks::allocate (size); }
+void MirroringMessage::operator delete (void* block, size_t size) noexcept  { MirroringMessageBlocks::deallocate (block, size); }
 
 // The exclusion list is not consulted: a transaction's message always lands.
 void MirroringMessage::process (ExecutionContext& context, const Object&, MessageTarget&) const

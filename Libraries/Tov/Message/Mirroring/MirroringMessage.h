@@ -25,6 +25,12 @@ public:
     /** Copies the address of the weak pointer. */
     MirroringMessage (const ObjectWeakPointer& address, const std::shared_ptr<State>& state);
 
+    /** An undo or redo makes one message per changed object, and the envelop that carries them
+        deletes them together: their blocks are recycled by the thread that deletes them, for
+        the next messages it makes. */
+    static void* operator new (size_t size);
+    static void operator delete (void* block, size_t size) noexcept;
+
     void process (ExecutionContext& context, const Object& senderIdentifier, MessageTarget& incomingTarget) const override;
     /** What process does once the address is resolved: loads the state into the object, or
         creates the object in the space when there is none. */

@@ -1,21 +1,25 @@
 #pragma once
 
+#include <juce_core/juce_core.h>
+
 namespace tov
 {
 
 class Class;
+class ExecutionContext;
 class MemberSignature;
 class Object;
 class ObjectSpace;
 class ObjectSpaceProvider;
 class Peer;
+class VariableAddress;
 
 /** What the children of one composite transaction share while it runs them, found once
     instead of once per child.
 
     Every child's message resolves its address by a climb from the message through the child
     to the composite's list and on up to a space provider: above the list the answer is the
-    same for every child. Every child that loads here finds its peer above its space (or above
+    same for every child, and so is the space of one name there. Every child that loads here finds its peer above its space (or above
     the list, without one). And the objects the children load are mostly of one class and
     signature, which decide whether a sent change excludes its object from mirroring.
 
@@ -38,6 +42,11 @@ public:
 
     /** ObjectSpaceProvider::get (childrensParent, false). */
     ObjectSpaceProvider* getProviderAboveChildren();
+    /** address.getObjectSpaceFromProvider (getProviderAboveChildren()), found again only when
+        the address names its space by another string than the last one asked. */
+    ObjectSpace* getSpaceAboveChildren (const VariableAddress& address);
+    /** ExecutionContext::get(), which the children's loads report to. */
+    ExecutionContext& getExecutionContext();
     /** Peer::get (child) for a child of this scope. */
     Peer* getPeerOf (const Object& child);
     /** The answer of decide for an object of that class and signature, asked once per pair in a row. */
@@ -60,6 +69,12 @@ private:
 
     bool providerFound = false;
     ObjectSpaceProvider* provider = nullptr;
+
+    bool spaceFound = false;
+    juce::String spaceName;
+    ObjectSpace* space = nullptr;
+
+    ExecutionContext* context = nullptr;
 
     bool peerFound = false;
     const ObjectSpace* peerSpace = nullptr;

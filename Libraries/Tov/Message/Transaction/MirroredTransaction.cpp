@@ -44,39 +44,39 @@ MirroredTransaction::MirroredTransaction (Object& object)
 }
 
 // Inside a composite the climb above the composite's list is made once for all its children.
-ObjectSpaceProvider* MirroredTransaction::findProvider (const MirroringMessage& message) const
+ObjectSpace* MirroredTransaction::findSpace (const MirroringMessage& message, const VariableAddress& address,
+                                             ChildTransactionsScope* scope) const
 {
-    auto* scope = ChildTransactionsScope::findFor (*this);
     if (scope == nullptr || cachedDynamicCast<ObjectSpaceProvider> (message) != nullptr
          || cachedDynamicCast<ObjectSpaceProvider> (*this) != nullptr)
-        return ObjectSpaceProvider::get (message, false);
-    return scope->getProviderAboveChildren();
+        return address.getObjectSpaceFromProvider (ObjectSpaceProvider::get (message, false));
+    return scope->getSpaceAboveChildren (address);
 }
 
-Peer* MirroredTransaction::findPeer() const
+Peer* MirroredTransaction::findPeer (ChildTransactionsScope* scope) const
 {
-    auto* scope = ChildTransactionsScope::findFor (*this);
     return scope != nullptr ? scope->getPeerOf (*this) : Peer::get (*this);
 }
 
-Peer* MirroredTransaction::getPeerToApplyTo (const Envelop& envelop) const
+Peer* MirroredTransaction::getPeerToApplyTo (const Envelop& envelop, ChildTransactionsScope* scope) const
 {
-    return envelop.getSenderIdentifier() != nullptr ? findPeer() : nullptr;
+    return envelop.getSenderIdentifier() != nullptr ? findPeer (scope) : nullptr;
 }
 
 void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const
 {
     message->setParent (const_cast<MirroredTransaction*> (this));
-    if (auto* peer = getPeerToApplyTo (envelop))
+    if (auto* peer = getPeerToApplyTo (envelop, ChildTransactionsScope::findFor (*this)))
         message->process (ExecutionContext::get(), *envelop.getSenderIdentifier(), *peer->getIncomingMessageTarget());
     envelop.addMessage (message);
 }
 
-void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space) const
+void MirroredTransaction::applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space,
+                                              ChildTransactionsScope* scope) const
 {
     message->setParent (const_cast<MirroredTransaction*> (this));
-    if (space != nullptr && getPeerToApplyTo (envelop) != nullptr)
-        message->processAt (ExecutionContext::get(), object, *space);
+    if (space != nullptr && getPeerToApplyTo (envelop, scope) != nullptr)
+        message->processAt (scope != nullptr ? scope->getExecutionContext() : ExecutionContext::get(), object, *space);
     envelop.addMessage (message);
 }
 
@@ -116,7 +116,7 @@ void UpdateObjectMirroredTransaction::perform (Envelop& envelop)
 {
     Object* object = nullptr;
     ObjectSpace* space = nullptr;
-    envelop.addMessage (makeMessage (state, object, space));
+    envelop.addMessage (makeMessage (state, ChildTransactionsScope::findFor (*this), object, space));
 }
 
 void UpdateObjectMirroredTransaction::undo (Envelop& envelop)
@@ -135,24 +135,28 @@ void UpdateObjectMirroredTransaction::applyAndAddState (const std::shared_ptr<St
 {
     Object* object = nullptr;
     ObjectSpace* space = nullptr;
-    auto* message = makeMessage (stateToLoad, object, space);
-    applyAndAddMessage (message, envelop, object, space);
+    auto* scope = ChildTransactionsScope::findFor (*this);
+    auto* message = makeMessage (stateToLoad, scope, object, space);
+    applyAndAddMessage (message, envelop, object, space, scope);
 }
 
-MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::shared_ptr<State>& stateToLoad, Object*& object, ObjectSpace*& space) const
+MirroringMessage* UpdateObjectMirroredTransaction::makeMessage (const std::shared_ptr<State>& stateToLoad, ChildTransactionsScope* scope,
+                                                                Object*& object, ObjectSpace*& space) const
 {
+    // The state, counted by the message and read by the load, is fetched while the message is made.
+    __builtin_prefetch (stateToLoad.get());
     auto* message = new MirroringMessage (pointer, stateToLoad);
     message->setParent (const_cast<UpdateObjectMirroredTransaction*> (this));
 
     const auto& address = pointer.getAddress();
-    space = address.getObjectSpaceFromProvider (findProvider (*message));
+    space = findSpace (*message, address, scope);
     object = space != nullptr ? address.getObjectInSpace (*space) : nullptr;
-    if (object != nullptr && object->hasSpace() && isExcludedFromMirroringWhenSent (*object))
+    if (object != nullptr && object->hasSpace() && isExcludedFromMirroringWhenSent (*object, scope))
         object->getSpace()->addToMirroringExclusionList (*object, 2);
     return message;
 }
 
-bool UpdateObjectMirroredTransaction::isExcludedFromMirroringWhenSent (const Object& object) const
+bool UpdateObjectMirroredTransaction::isExcludedFromMirroringWhenSent (const Object& object, ChildTransactionsScope* scope) const
 {
     auto* objectClass = object.getClass();
     auto* signature = object.getSignature();
@@ -165,7 +169,6 @@ bool UpdateObjectMirroredTransaction::isExcludedFromMirroringWhenSent (const Obj
         return isValueOrHolder && objectClass->getBooleanAttribute (signature, "mirroringExclusion", true);
     };
     // The siblings of a composite mostly change objects of one class and signature.
-    auto* scope = ChildTransactionsScope::findFor (*this);
     return scope != nullptr ? scope->decideForClassAndSignature (objectClass, signature, decide) : decide();
 }
 

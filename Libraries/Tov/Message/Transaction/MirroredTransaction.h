@@ -7,6 +7,7 @@
 namespace tov
 {
 
+class ChildTransactionsScope;
 class MirroringMessage;
 class ObjectSpaceProvider;
 class Peer;
@@ -33,14 +34,16 @@ protected:
         it to the envelop, so that the receiver gets the same load afterwards. */
     void applyAndAddMessage (MirroringMessage* message, Envelop& envelop) const;
     /** The same for a message whose address is already resolved: to that object (null when
-        there is none) in that space (null when the address names none). */
-    void applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space) const;
+        there is none) in that space (null when the address names none). scope is
+        ChildTransactionsScope::findFor (*this). */
+    void applyAndAddMessage (MirroringMessage* message, Envelop& envelop, Object* object, ObjectSpace* space,
+                             ChildTransactionsScope* scope) const;
 
-    /** Where the message's address is resolved from: the provider that a climb from the message
-        finds, the message being a child of this transaction. */
-    ObjectSpaceProvider* findProvider (const MirroringMessage& message) const;
+    /** The space that the address (the message's) names, found from the provider that a climb
+        from the message finds, the message being a child of this transaction. */
+    ObjectSpace* findSpace (const MirroringMessage& message, const VariableAddress& address, ChildTransactionsScope* scope) const;
     /** Peer::get of this transaction. */
-    Peer* findPeer() const;
+    Peer* findPeer (ChildTransactionsScope* scope) const;
 
     /** "<verb> " + class expression of the state (or "<noclass>") + " " + its short text. */
     static juce::String describeState (const juce::String& verb, const State& state);
@@ -49,7 +52,7 @@ protected:
 
 private:
     /** The peer of this transaction, when the envelop has a sender: messages load here only then. */
-    Peer* getPeerToApplyTo (const Envelop& envelop) const;
+    Peer* getPeerToApplyTo (const Envelop& envelop, ChildTransactionsScope* scope) const;
 };
 
 } // namespace tov

@@ -32,11 +32,13 @@ private:
 
     /** A message that loads the state, with its object kept out of the mirror's way for the next
         two mirroring updates, so that what is being sent does not come back and overwrite it.
-        object and space are what the message's address resolves to. */
-    MirroringMessage* makeMessage (const std::shared_ptr<State>& stateToLoad, Object*& object, ObjectSpace*& space) const;
+        object and space are what the message's address resolves to; scope is
+        ChildTransactionsScope::findFor (*this). */
+    MirroringMessage* makeMessage (const std::shared_ptr<State>& stateToLoad, ChildTransactionsScope* scope,
+                                   Object*& object, ObjectSpace*& space) const;
     /** Loads the state here and sends it. */
     void applyAndAddState (const std::shared_ptr<State>& stateToLoad, Envelop& envelop) const;
-    bool isExcludedFromMirroringWhenSent (const Object& object) const;
+    bool isExcludedFromMirroringWhenSent (const Object& object, ChildTransactionsScope* scope) const;
 };
 
 } // namespace tov
