@@ -19,9 +19,10 @@ class VariableAddress;
 
     Every child's message resolves its address by a climb from the message through the child
     to the composite's list and on up to a space provider: above the list the answer is the
-    same for every child, and so is the space of one name there. Every child that loads here finds its peer above its space (or above
-    the list, without one). And the objects the children load are mostly of one class and
-    signature, which decide whether a sent change excludes its object from mirroring.
+    same for every child, and so is the space of one name there. Every child that loads here
+    finds its peer above its space (or above the list, without one). And the objects the
+    children load are mostly of one class and signature, which decide whether a sent change
+    excludes its object from mirroring.
 
     A composite opens one around its children, on its own thread; a child asks the innermost
     open one, and finds things itself when that one is not its composite's. Nothing that a
