@@ -74,13 +74,12 @@ TestProcess::~TestProcess()
         ::close (outputPipe);
 }
 
-bool TestProcess::readSome (juce::uint32 deadline)
+bool TestProcess::readSome (const Deadline& deadline)
 {
-    const auto now = juce::Time::getMillisecondCounter();
-    if (outputPipe < 0 || now >= deadline)
+    if (outputPipe < 0 || deadline.hasPassed())
         return false;
     pollfd descriptor { outputPipe, POLLIN, 0 };
-    if (::poll (&descriptor, 1, (int) (deadline - now)) <= 0)
+    if (::poll (&descriptor, 1, deadline.getRemainingMilliseconds()) <= 0)
         return false;
     char buffer[4096];
     const auto numRead = ::read (outputPipe, buffer, sizeof (buffer));
@@ -90,6 +89,8 @@ bool TestProcess::readSome (juce::uint32 deadline)
     return true;
 }
 
+// The child's own line may follow a piece of JUCE's debug output on the same line: that output
+// writes its text and its end of line in two writes, between which another thread may write.
 bool TestProcess::waitForLine (const juce::String& line, int timeOutMilliseconds)
 {
     const auto wanted = line.toStdString();
@@ -97,7 +98,7 @@ bool TestProcess::waitForLine (const juce::String& line, int timeOutMilliseconds
     {
         size_t start = 0;
         for (size_t end; (end = text.find ('\n', start)) != std::string::npos; start = end + 1)
-            if (text.compare (start, end - start, wanted) == 0)
+            if (end - start >= wanted.size() && text.compare (end - wanted.size(), wanted.size(), wanted) == 0)
                 return true;
         return false;
     }, timeOutMilliseconds);
@@ -105,7 +106,7 @@ bool TestProcess::waitForLine (const juce::String& line, int timeOutMilliseconds
 
 bool TestProcess::waitForOutput (const std::function<bool (const std::string&)>& condition, int timeOutMilliseconds)
 {
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
+    const Deadline deadline (timeOutMilliseconds);
     while (! condition (output))
         if (! readSome (deadline))
             return false;
@@ -123,14 +124,14 @@ int TestProcess::waitForExit (int timeOutMilliseconds)
 {
     if (processId <= 0)
         return -1;
-    const auto deadline = juce::Time::getMillisecondCounter() + (juce::uint32) timeOutMilliseconds;
+    const Deadline deadline (timeOutMilliseconds);
     while (readSome (deadline))
         ;
 
     // The output ends when the child is gone (or closed it); a child that keeps it open
     // past the deadline counts as not ended.
     int status = 0;
-    if (juce::Time::getMillisecondCounter() >= deadline)
+    if (deadline.hasPassed())
     {
         if (::waitpid (processId, &status, WNOHANG) != processId)
             return -1;

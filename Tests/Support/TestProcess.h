@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tov/Standard/Deadline.h>
 #include <juce_core/juce_core.h>
 #include <functional>
 #include <map>
@@ -21,7 +22,8 @@ public:
     bool isStarted() const noexcept     { return processId > 0; }
     pid_t getProcessId() const noexcept { return processId; }
 
-    /** Reads output until a line equal to line has arrived; false on time-out or end of output. */
+    /** Reads output until a line that ends with line has arrived (a piece of JUCE's debug
+        output may come first on the line); false on time-out or end of output. */
     bool waitForLine (const juce::String& line, int timeOutMilliseconds);
     /** Reads output until the condition holds for all read so far; false on time-out or end of output. */
     bool waitForOutput (const std::function<bool (const std::string&)>& condition, int timeOutMilliseconds);
@@ -39,7 +41,7 @@ private:
     std::string output;
 
     /** Reads what is there, waiting at most until the deadline; false at the end of output or time-out. */
-    bool readSome (juce::uint32 deadline);
+    bool readSome (const Deadline& deadline);
 };
 
 } // namespace tov::test
