@@ -164,7 +164,7 @@ void TraceWriter::writeImportant (TraceEventKind kind, const uint8_t* fixed, con
     uint8_t* event = onStack;
     if (size > sizeof (onStack))
         event = (onHeap = std::make_unique<uint8_t[]> (size)).get();
-    makeImportant (event, uid, type, fixed, auxiliary, auxiliarySize);
+    makeImportant (event, size, uid, type, fixed, auxiliary, auxiliarySize);
     importantEvents.write (event, size);
 }
 
@@ -181,7 +181,7 @@ void TraceWriter::writeImportantOfScopes (TraceEventKind kind, const uint8_t* fi
     auto& state = *threadSlot.state;
     if (state.heldImportantCursor + size > TraceThreadState::heldImportantSize)
         writeHeldImportant (state);
-    makeImportant (state.heldImportant + state.heldImportantCursor, uid, type, fixed, auxiliary, auxiliarySize);
+    makeImportant (state.heldImportant + state.heldImportantCursor, size, uid, type, fixed, auxiliary, auxiliarySize);
     state.heldImportantCursor += size;
 }
 
@@ -198,11 +198,12 @@ size_t TraceWriter::getImportantSize (const TraceEventType& type, size_t auxilia
     return 4 + type.fixedSize + (type.hasAuxiliary() ? 4 + auxiliarySize + 1 : 0);
 }
 
-// uid, size of what follows, fixed part, then the auxiliary data with its header and end byte.
-void TraceWriter::makeImportant (uint8_t* event, uint16_t uid, const TraceEventType& type, const uint8_t* fixed, const void* auxiliary,
-                                 size_t auxiliarySize) noexcept
+// uid, size of what follows, fixed part, then the auxiliary data with its header and end byte;
+// size is getImportantSize's.
+void TraceWriter::makeImportant (uint8_t* event, size_t size, uint16_t uid, const TraceEventType& type, const uint8_t* fixed,
+                                 const void* auxiliary, size_t auxiliarySize) noexcept
 {
-    const size_t bodySize = getImportantSize (type, auxiliarySize) - 4;
+    const size_t bodySize = size - 4;
     writeLittleEndian<uint16_t> (event, uid);
     writeLittleEndian<uint16_t> (event + 2, (uint16_t) std::min<size_t> (bodySize, 0xffff));
     std::memcpy (event + 4, fixed, type.fixedSize);

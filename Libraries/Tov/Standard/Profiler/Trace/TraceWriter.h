@@ -153,7 +153,8 @@ private:
     void threadEnded (TraceThreadState& state);
     void writeToThread (TraceThreadState& state, TraceEventKind kind, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize);
     static size_t getImportantSize (const TraceEventType& type, size_t auxiliarySize) noexcept;
-    static void makeImportant (uint8_t* event, uint16_t uid, const TraceEventType& type, const uint8_t* fixed, const void* auxiliary, size_t auxiliarySize) noexcept;
+    static void makeImportant (uint8_t* event, size_t size, uint16_t uid, const TraceEventType& type, const uint8_t* fixed,
+                               const void* auxiliary, size_t auxiliarySize) noexcept;
     void writeHeldImportant (TraceThreadState& state);
     uint8_t* reserve (TraceThreadState& state, size_t size);
     void takeNextBuffer (TraceThreadState& state);
