@@ -100,6 +100,22 @@ TEST (ObjectSpaceTest, RandomIdentifiersOutsideAnyServiceComeFromTheThreadsGener
     EXPECT_EQ (second->getUniqueIdentifier().getInt64(), 0xebb7581287da010cull);
 }
 
+// The space looks at the draws to come to fetch their slots: it never takes one.
+TEST (ObjectSpaceTest, ObjectsEnteringInARowTakeTheGeneratorsDrawsInTurn)
+{
+    ObjectSpace space;
+    Service::getCallingThreadRandomGenerator().setSeed ((int64_t) 42);
+    RandomGenerator expected (42);
+    std::vector<Owned<Shape>> shapes;
+    for (int i = 0; i < 20; ++i)
+    {
+        shapes.push_back (addToSpace<Shape> (space));
+        EXPECT_EQ (shapes.back()->getUniqueIdentifier().getInt64(), (uint64_t) expected.sampleInt64()) << i;
+    }
+    EXPECT_EQ (Service::getCallingThreadRandomGenerator().getState(), expected.getState());
+    EXPECT_EQ (space.getNumObjects(), 20u);
+}
+
 TEST (ObjectSpaceTest, RandomIdentifiersComeFromTheGeneratorOfTheServiceAboveTheSpace)
 {
     TestProgram::ensureTestLibraryTree();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <unordered_map>
+#include <vector>
 
 using namespace tov;
 using namespace tov::test;
@@ -72,6 +73,40 @@ TEST (ObjectTableTest, ConsecutiveIdentifiersSurviveErasesInTheMiddleOfTheirRuns
     for (uint64_t i = 1; i <= 1000; ++i)
         EXPECT_EQ (table.find (UniqueIdentifier (i)), i % 3 == 2 ? nullptr : fakeObject (i)) << i;
     EXPECT_EQ (table.size(), 667u);
+}
+
+TEST (ObjectTableTest, PrefetchLeavesTheTableAsItWas)
+{
+    ObjectTable table;
+    table.prefetch (UniqueIdentifier (5));
+    EXPECT_EQ (table.size(), 0u);
+    for (uint64_t i = 1; i <= 20; ++i)
+        table.set (UniqueIdentifier (i), fakeObject (i));
+    const auto before = contentsOf (table);
+    for (uint64_t i = 0; i <= 40; ++i)
+        table.prefetch (UniqueIdentifier (i));
+    EXPECT_EQ (contentsOf (table), before);
+    EXPECT_EQ (table.find (UniqueIdentifier (7)), fakeObject (7));
+}
+
+// 300,000 entries take 2^20 slots of 16 bytes: the array lies in huge pages.
+TEST (ObjectTableTest, ATableOfSeveralMegabytesKeepsEveryEntry)
+{
+    ObjectTable table;
+    std::mt19937_64 random (11);
+    std::vector<uint64_t> identifiers (300000);
+    for (auto& identifier : identifiers)
+        identifier = random() | 1;
+    for (size_t i = 0; i < identifiers.size(); ++i)
+        table.set (UniqueIdentifier (identifiers[i]), fakeObject (i));
+    EXPECT_EQ (table.size(), identifiers.size());
+    for (size_t i = 0; i < identifiers.size(); i += 2)
+        table.erase (UniqueIdentifier (identifiers[i]));
+    for (size_t i = 0; i < identifiers.size(); ++i)
+        ASSERT_EQ (table.find (UniqueIdentifier (identifiers[i])), i % 2 == 0 ? nullptr : fakeObject (i)) << i;
+    EXPECT_EQ (table.size(), identifiers.size() / 2);
+    table.clear();
+    EXPECT_EQ (table.find (UniqueIdentifier (identifiers[1])), nullptr);
 }
 
 TEST (ObjectTableTest, AgreesWithAnUnorderedMapOverRandomWork)

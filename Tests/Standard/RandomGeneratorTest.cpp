@@ -110,6 +110,21 @@ TEST (RandomGeneratorTest, SampleInt64PutsTheFirstSampleHigh)
     EXPECT_EQ ((uint64_t) generator.sampleInt64(), 0x87da010c698013a6ull);
 }
 
+TEST (RandomGeneratorTest, PeekInt64ForetellsTheDrawsToComeAndTakesNoStep)
+{
+    RandomGenerator generator;
+    generator.setSeed (42);
+    EXPECT_EQ ((uint64_t) generator.peekInt64 (0), 0xb39e2befebb75812ull);
+    EXPECT_EQ ((uint64_t) generator.peekInt64 (1), 0x87da010c698013a6ull);
+    const int64_t state = generator.getState();
+
+    RandomGenerator drawn (state);
+    for (size_t draws = 0; draws < RandomGenerator::maxDrawsPeeked; ++draws)
+        EXPECT_EQ (generator.peekInt64 (draws), drawn.sampleInt64()) << draws;
+    EXPECT_EQ (generator.getState(), state);
+    EXPECT_EQ ((uint64_t) generator.sampleInt64(), 0xb39e2befebb75812ull);
+}
+
 TEST (RandomGeneratorTest, SampleDoubleDividesTheUnsignedSample)
 {
     RandomGenerator generator;

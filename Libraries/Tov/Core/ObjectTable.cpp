@@ -1,4 +1,6 @@
 #include "ObjectTable.h"
+#include <new>
+#include <sys/mman.h>
 
 namespace tov
 {
@@ -58,13 +60,30 @@ void ObjectTable::grow()
     const size_t newCapacity = oldCapacity != 0 ? oldCapacity * 2 : 16;
     auto oldSlots = std::move (slots);
 
-    slots = std::make_unique<Slot[]> (newCapacity);
+    slots = allocateSlots (newCapacity);
     mask = newCapacity - 1;
     shift = 64 - __builtin_ctzll (newCapacity);
     count = 0;
     for (size_t i = 0; i < oldCapacity; ++i)
         if (oldSlots[i].identifier != 0)
             set (UniqueIdentifier (oldSlots[i].identifier), oldSlots[i].object);
+}
+
+// A slot array of at least a huge page starts on one, and asks for them: the processor then
+// keeps the whole table in a few entries of its table of pages. Smaller ones start on a line.
+ObjectTable::Slots ObjectTable::allocateSlots (size_t capacity)
+{
+    constexpr size_t hugePageSize = (size_t) 2 << 20;
+    constexpr size_t lineSize = 64;
+    const size_t bytes = capacity * sizeof (Slot);
+    const bool huge = bytes >= hugePageSize;
+    auto* memory = static_cast<Slot*> (std::aligned_alloc (huge ? hugePageSize : lineSize, bytes));
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    if (huge)
+        madvise (memory, bytes, MADV_HUGEPAGE);
+    std::uninitialized_value_construct_n (memory, capacity);
+    return Slots (memory);
 }
 
 } // namespace tov

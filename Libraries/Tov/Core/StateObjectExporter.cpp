@@ -6,8 +6,9 @@ namespace tov
 {
 
 // Snapshots follow one another on a thread (several per edited number): make leaves its emptied
-// stack to the next exporter of the thread, which then allocates none.
-static thread_local std::vector<std::shared_ptr<State>> spareStack;
+// stack to the next exporter of the thread, which then allocates none. Read with the
+// initial-exec model (24 bytes of static TLS) rather than through the loader.
+[[gnu::tls_model ("initial-exec")]] static thread_local std::vector<std::shared_ptr<State>> spareStack;
 
 StateObjectExporter::StateObjectExporter (uint32_t flags)
     : ObjectExporter (flags)

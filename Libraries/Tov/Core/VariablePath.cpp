@@ -132,8 +132,10 @@ Object* VariablePath::getChildObject (Object* root, bool* changed, juce::String*
 // since copying a string counts its references, an atomic operation per name.
 Object* VariablePath::setFromChildObject (Object* object)
 {
-    thread_local std::vector<const juce::String*> collected;
-    thread_local std::shared_ptr<Names> lastMade;
+    // Twice per edited number: read with the initial-exec model (through the thread pointer,
+    // 40 bytes of static TLS) rather than through the loader.
+    [[gnu::tls_model ("initial-exec")]] thread_local std::vector<const juce::String*> collected;
+    [[gnu::tls_model ("initial-exec")]] thread_local std::shared_ptr<Names> lastMade;
     collected.clear();
     while (object->hasParent() && object->hasStaticAllocationFlag())
     {

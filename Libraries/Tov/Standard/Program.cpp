@@ -195,7 +195,8 @@ Service* Program::getServiceByThreadId (void* threadId) const
     if (! isStillRunning())
         return nullptr;
     struct Answer { const Program* program; uint64_t generation; void* threadId; Service* service; };
-    thread_local Answer last { nullptr, 0, nullptr, nullptr };
+    // Read through the thread pointer (initial-exec, 32 bytes of static TLS), not the loader.
+    [[gnu::tls_model ("initial-exec")]] thread_local Answer last { nullptr, 0, nullptr, nullptr };
     if (last.program == this && last.threadId == threadId && last.generation == servicesGeneration.load (std::memory_order_acquire))
         return last.service;
 

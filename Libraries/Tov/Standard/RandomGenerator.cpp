@@ -1,5 +1,8 @@
 #include "RandomGenerator.h"
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <juce_core/juce_core.h>
 
 namespace tov
 {
@@ -51,6 +54,40 @@ int64_t RandomGenerator::sampleInt64() noexcept
     const uint64_t high = (uint32_t) sampleInt();
     const uint64_t low = (uint32_t) sampleInt();
     return (int64_t) ((high << 32) | low);
+}
+
+namespace
+{
+/** Many steps in one: state * multiplier + increment, modulo 2^48. */
+struct Jump
+{
+    uint64_t multiplier = 1, increment = 0;
+};
+
+/** The jump to the first state of each future sampleInt64: 1, 3, 5... steps. */
+constexpr std::array<Jump, RandomGenerator::maxDrawsPeeked> makeJumpsToDraws()
+{
+    std::array<Jump, RandomGenerator::maxDrawsPeeked> jumps {};
+    Jump jump;
+    for (size_t step = 1; step < 2 * RandomGenerator::maxDrawsPeeked; ++step)
+    {
+        jump = { (jump.multiplier * multiplier) & mask48, (jump.increment * multiplier + 11) & mask48 };
+        if (step % 2 == 1)
+            jumps[step / 2] = jump;
+    }
+    return jumps;
+}
+
+constexpr auto jumpsToDraws = makeJumpsToDraws();
+} // namespace
+
+int64_t RandomGenerator::peekInt64 (size_t drawsAhead) const noexcept
+{
+    jassert (drawsAhead < maxDrawsPeeked);
+    const auto& jump = jumpsToDraws[std::min (drawsAhead, maxDrawsPeeked - 1)];
+    const uint64_t first = ((uint64_t) state * jump.multiplier + jump.increment) & mask48;
+    const uint64_t second = (first * multiplier + 11) & mask48;
+    return (int64_t) (((first >> 16) << 32) | ((second >> 16) & 0xffffffffull));
 }
 
 size_t RandomGenerator::sampleSize (size_t maximum) noexcept

@@ -36,6 +36,11 @@ public:
     int sampleInt (int maximum) noexcept;
     /** Two samples, the first in the upper half. */
     int64_t sampleInt64() noexcept;
+    /** What sampleInt64 will return once drawsAhead more calls of it are made, the state left
+        as it is: a caller can fetch what the values to come will need. drawsAhead is below
+        maxDrawsPeeked. */
+    int64_t peekInt64 (size_t drawsAhead) const noexcept;
+    static constexpr size_t maxDrawsPeeked = 64;
     /** sampleInt (maximum), sign-extended. */
     size_t sampleSize (size_t maximum) noexcept;
     /** sampleDouble() as a float. */

@@ -113,7 +113,7 @@ void CreateTransactionBuilderImplementation::flush()
     if (undoState != nullptr && isSameSnapshot (*state, *undoState))
         return;
 
-    walkSnapshot (state, object);
+    walkSnapshot (state, object, false);
     appendTransaction (new UpdateObjectMirroredTransaction (*object, state, undoState));
 }
 
@@ -155,7 +155,7 @@ void CreateTransactionBuilderImplementation::addObjectCurrentValue (const Object
 void CreateTransactionBuilderImplementation::addObjectWithUndoValue (const Object& object, const Object& undoValue)
 {
     auto& target = const_cast<Object&> (object);
-    walkSnapshot (StateObjectExporter::make (undoValue, shallowSnapshot, true), &target);
+    walkSnapshot (StateObjectExporter::make (undoValue, shallowSnapshot, true), &target, false);
     target.changed();
 }
 
@@ -179,7 +179,7 @@ void CreateTransactionBuilderImplementation::store (const Object& object, bool d
     }
     if (undoValues.find (storeObject) != nullptr)
         return;
-    walkSnapshot (makeStoreSnapshot (*storeObject, deep), storeObject);
+    walkSnapshot (makeStoreSnapshot (*storeObject, deep), storeObject, deep);
 }
 
 // The first object a builder stores is its scope's context, of which the maker may hold a
@@ -194,7 +194,9 @@ std::shared_ptr<State> CreateTransactionBuilderImplementation::makeStoreSnapshot
 }
 
 //==============================================================================
-void CreateTransactionBuilderImplementation::walkSnapshot (const std::shared_ptr<State>& state, Object* object)
+// The elements of a list or map in a shallow snapshot are identifiers already: a list of
+// thousands is not read through for nothing.
+void CreateTransactionBuilderImplementation::walkSnapshot (const std::shared_ptr<State>& state, Object* object, bool deep)
 {
     if (state == nullptr)
         return;
@@ -206,11 +208,17 @@ void CreateTransactionBuilderImplementation::walkSnapshot (const std::shared_ptr
     else if (state->getType() == StateType::variablesType)
     {
         if (auto* vector = dynamic_cast<ObjectOwnedVector*> (object))
-            walkVector (*state, *vector);
+        {
+            if (deep)
+                walkVector (*state, *vector);
+        }
         else if (auto* map = dynamic_cast<ObjectMap*> (object))
-            walkMap (*state, *map);
+        {
+            if (deep)
+                walkMap (*state, *map);
+        }
         else
-            walkVariables (*state, object);
+            walkVariables (*state, object, deep);
     }
 }
 
@@ -219,7 +227,7 @@ void CreateTransactionBuilderImplementation::walkOwnedPointer (const std::shared
 {
     auto* pointer = dynamic_cast<ObjectOwnedPointer*> (object);
     Object* child = pointer != nullptr ? pointer->get() : nullptr;
-    walkSnapshot (state->getOwnedPointer(), child);
+    walkSnapshot (state->getOwnedPointer(), child, true);
     if (child != nullptr)
         undoValues[object] = std::make_shared<State> (child->getUniqueIdentifier());
 }
@@ -237,7 +245,7 @@ void CreateTransactionBuilderImplementation::walkVector (State& state, ObjectOwn
         if (! isOwnedPointerWithTarget (state.getVariableState (i).get()))
             continue;
         auto* element = vector.get (i);
-        walkSnapshot (state.getVariableState (i)->getOwnedPointer(), element);
+        walkSnapshot (state.getVariableState (i)->getOwnedPointer(), element, true);
         state.setVariableState (i, std::make_shared<State> (element->getUniqueIdentifier()));
     }
 }
@@ -259,14 +267,14 @@ void CreateTransactionBuilderImplementation::walkMap (const State& state, Object
         if (! importer.readObject (nullptr, key, map.getKeyClass()) || key == nullptr)
             continue;
         key->incrementReferenceCounter();
-        walkSnapshot (keyState->getOwnedPointer(), nullptr);
+        walkSnapshot (keyState->getOwnedPointer(), nullptr, true);
         if (auto* value = map.find (*key))
-            walkSnapshot (valueState->getOwnedPointer(), value);
+            walkSnapshot (valueState->getOwnedPointer(), value, true);
         key->decrementReferenceCounter();
     }
 }
 
-void CreateTransactionBuilderImplementation::walkVariables (const State& state, Object* object)
+void CreateTransactionBuilderImplementation::walkVariables (const State& state, Object* object, bool deep)
 {
     auto* space = getObjectSpace();
     for (size_t i = 0; i < state.getNumVariables(); ++i)
@@ -275,7 +283,7 @@ void CreateTransactionBuilderImplementation::walkVariables (const State& state, 
         Object* child = object != nullptr ? object->getVariableByName (state.getVariableName (i)) : nullptr;
         if (child == nullptr && variableState != nullptr && variableState->getUniqueIdentifier().isNotNull() && space != nullptr)
             child = space->getObject (variableState->getUniqueIdentifier());
-        walkSnapshot (variableState, child);
+        walkSnapshot (variableState, child, deep);
     }
 }
 

@@ -67,12 +67,13 @@ private:
     std::shared_ptr<State> makeStoreSnapshot (const Object& object, bool deep) const;
     static bool isSameSnapshot (const State& state, const State& undoState);
     /** Enters the state as the undo value of the object and of everything below it, reducing
-        owned targets to their identifiers: the form in which flush compares. */
-    void walkSnapshot (const std::shared_ptr<State>& state, Object* object);
+        owned targets to their identifiers: the form in which flush compares. A snapshot that
+        is not deep holds identifiers already, and only its member variables are walked. */
+    void walkSnapshot (const std::shared_ptr<State>& state, Object* object, bool deep);
     void walkOwnedPointer (const std::shared_ptr<State>& state, Object* object);
     void walkVector (State& state, ObjectOwnedVector& vector);
     void walkMap (const State& state, ObjectMap& map);
-    void walkVariables (const State& state, Object* object);
+    void walkVariables (const State& state, Object* object, bool deep);
 };
 
 } // namespace tov
