@@ -189,6 +189,43 @@ TEST (StateComparingObjectExporterTest, AListComparesEachElementsIdentifierWhenS
     EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *shallowBefore, shallow, true));
 }
 
+TEST (StateComparingObjectExporterTest, AMemoKeepsTheIdentifiersOfAListAndStillSeesItsChanges)
+{
+    auto drawing = makeDrawing();
+    const auto before = StateObjectExporter::make (*drawing, shallow, true);
+    StateComparingObjectExporter::IdentifiersMemo memo;
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true, &memo));
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true, &memo));
+
+    drawing->shapes.get (35)->setUniqueIdentifier (UniqueIdentifier (0x99));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true, &memo));
+    drawing->shapes.get (35)->setUniqueIdentifier (UniqueIdentifier (0x100 + 35));
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true, &memo));
+
+    drawing->shapes.append (makeRectangle().release(), false);
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true, &memo));
+    drawing->shapes.removeLast (false);
+    drawing->shapes.removeLast (false);
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *before, shallow, true, &memo));
+}
+
+// The memo knows the nodes of the state it was filled from, and no others.
+TEST (StateComparingObjectExporterTest, AMemoAnswersOnlyForTheStateItWasFilledFrom)
+{
+    auto drawing = makeDrawing();
+    auto other = makeDrawing();
+    other->shapes.get (0)->setUniqueIdentifier (UniqueIdentifier (0x55));
+    const auto drawingState = StateObjectExporter::make (*drawing, shallow, true);
+    const auto otherState = StateObjectExporter::make (*other, shallow, true);
+    StateComparingObjectExporter::IdentifiersMemo memo;
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *drawingState, shallow, true, &memo));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*other, *drawingState, shallow, true, &memo));
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*other, *otherState, shallow, true, &memo));
+    EXPECT_FALSE (StateComparingObjectExporter::matches (*drawing, *otherState, shallow, true, &memo));
+    memo.clear();
+    EXPECT_TRUE (StateComparingObjectExporter::matches (*drawing, *drawingState, shallow, true, &memo));
+}
+
 TEST (StateComparingObjectExporterTest, AListWithAnElementMoreOrLessOrAnOddEntryDoesNotMatch)
 {
     auto drawing = makeDrawing();

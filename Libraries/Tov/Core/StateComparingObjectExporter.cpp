@@ -14,11 +14,13 @@ StateComparingObjectExporter::StateComparingObjectExporter (const State& expecte
     push (&expected);
 }
 
-bool StateComparingObjectExporter::matches (const Object& object, const State& expected, uint32_t flags, bool writeClass)
+bool StateComparingObjectExporter::matches (const Object& object, const State& expected, uint32_t flags, bool writeClass,
+                                           IdentifiersMemo* memo)
 {
     if ((flags & exportWithoutDefaults) != 0)
         return false;
     StateComparingObjectExporter exporter (expected, flags);
+    exporter.memo = memo;
     exporter.save (object, writeClass);
     exporter.finish (exporter.stack.front());
     return exporter.same;
@@ -219,19 +221,63 @@ void StateComparingObjectExporter::saveOwnedObjects (const std::vector<Object*>&
     auto& level = current();
     const auto& variables = level.expected->getVariables();
     check (level.numVariables + objects.size() <= variables.size());
-    const auto* first = variables.data() + level.numVariables;
-    // Elements and nodes lie apart on the heap: those a few turns ahead are fetched meanwhile.
-    constexpr size_t fetchedAhead = 16;
+    if (! isComparing())
+        return;
+
+    const auto* remembered = memo != nullptr ? memo->find (level.expected, level.numVariables) : nullptr;
+    if (remembered != nullptr && remembered->identifiers.size() == objects.size())
+    {
+        compareWithMemo (objects, remembered->identifiers);
+    }
+    else
+    {
+        compareWithNodes (objects, variables.data() + level.numVariables);
+        if (memo != nullptr && remembered == nullptr && isComparing())
+        {
+            std::vector<UniqueIdentifier> identifiers;
+            identifiers.reserve (objects.size());
+            for (auto* object : objects)
+                identifiers.push_back (object != nullptr ? object->getUniqueIdentifier() : UniqueIdentifier());
+            memo->lists.push_back ({ level.expected, level.numVariables, std::move (identifiers) });
+        }
+    }
+    level.numVariables += objects.size();
+}
+
+// Elements and nodes lie apart on the heap: those a few turns ahead are fetched meanwhile.
+static constexpr size_t elementsFetchedAhead = 16;
+
+void StateComparingObjectExporter::compareWithNodes (const std::vector<Object*>& objects, const State::Variable* first)
+{
     for (size_t i = 0; i < objects.size() && isComparing(); ++i)
     {
-        if (i + fetchedAhead < objects.size())
+        if (i + elementsFetchedAhead < objects.size())
         {
-            __builtin_prefetch (objects[i + fetchedAhead]);
-            __builtin_prefetch (first[i + fetchedAhead].second.get());
+            __builtin_prefetch (objects[i + elementsFetchedAhead]);
+            __builtin_prefetch (first[i + elementsFetchedAhead].second.get());
         }
         check (isIdentifierOf (first[i], objects[i]));
     }
-    level.numVariables += objects.size();
+}
+
+// The memo says what the nodes held when they last matched, and they have not changed since.
+void StateComparingObjectExporter::compareWithMemo (const std::vector<Object*>& objects, const std::vector<UniqueIdentifier>& identifiers)
+{
+    for (size_t i = 0; i < objects.size() && isComparing(); ++i)
+    {
+        if (i + elementsFetchedAhead < objects.size())
+            __builtin_prefetch (objects[i + elementsFetchedAhead]);
+        check (identifiers[i] == (objects[i] != nullptr ? objects[i]->getUniqueIdentifier() : UniqueIdentifier()));
+    }
+}
+
+//==============================================================================
+auto StateComparingObjectExporter::IdentifiersMemo::find (const State* node, size_t first) const noexcept -> const List*
+{
+    for (const auto& list : lists)
+        if (list.node == node && list.first == first)
+            return &list;
+    return nullptr;
 }
 
 void StateComparingObjectExporter::writeState (const std::shared_ptr<State>& state)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ObjectExporter.h"
+#include "UniqueIdentifier.h"
 #include <vector>
 
 namespace tov
@@ -18,9 +19,35 @@ namespace tov
 class StateComparingObjectExporter final : public ObjectExporter
 {
 public:
+    /** The identifiers that the lists of one State hold, copied out of their nodes the first time
+        the State matches: the next comparisons with that State read them packed together
+        instead of one node per element. Kept beside a State that nobody changes (states are not
+        changed once handed on), and cleared when the State is let go, since its nodes are known
+        by their addresses. */
+    class IdentifiersMemo
+    {
+    public:
+        void clear() noexcept                        { lists.clear(); }
+
+    private:
+        friend class StateComparingObjectExporter;
+        /** The identifiers of the variables of node from its variable first on. */
+        struct List
+        {
+            const State* node;
+            size_t first;
+            std::vector<UniqueIdentifier> identifiers;
+        };
+        std::vector<List> lists;
+
+        const List* find (const State* node, size_t first) const noexcept;
+    };
+
     /** True when StateObjectExporter::make (object, flags, writeClass) would give a State equal
-        to expected (State::equals). */
-    static bool matches (const Object& object, const State& expected, uint32_t flags, bool writeClass);
+        to expected (State::equals). A memo, kept with expected from one call to the next, spares
+        the comparisons after the first the reading of the lists' nodes. */
+    static bool matches (const Object& object, const State& expected, uint32_t flags, bool writeClass,
+                         IdentifiersMemo* memo = nullptr);
 
     void save (const Object& object, bool writeClass) override;
     void setClass (Class* objectClass) override;
@@ -55,6 +82,7 @@ private:
 
     std::vector<Level> stack;
     bool same = true;
+    IdentifiersMemo* memo = nullptr;
 
     StateComparingObjectExporter (const State& expected, uint32_t flags);
 
@@ -69,6 +97,8 @@ private:
     void finish (const Level& level);
     void push (const State* expected);
     void pop();
+    void compareWithNodes (const std::vector<Object*>& objects, const State::Variable* first);
+    void compareWithMemo (const std::vector<Object*>& objects, const std::vector<UniqueIdentifier>& identifiers);
 };
 
 } // namespace tov

@@ -495,6 +495,30 @@ TEST_F (TransactionBuilderTest, AContextChangedWithoutNotificationIsStoredAsItIs
     EXPECT_EQ (document->title.get(), "Quiet");
 }
 
+// The third scope compares the list with what the second found in it: an element swapped for
+// another without notification, the count unchanged, is seen all the same.
+TEST_F (TransactionBuilderTest, AListOfTheContextChangedWithoutNotificationIsStoredAsItIsNow)
+{
+    document->items.append (makeItem ("a"));
+    document->items.append (makeItem ("b"));
+    for (const char* description : { "First", "Second" })
+    {
+        ScopedTransaction transaction (description, *document);
+        document->count.set (document->count.get() + 1);
+    }
+    auto* quiet = makeItem ("quiet");
+    document->items.set ({ document->items.get (0), quiet }, false);
+    {
+        ScopedTransaction transaction ("Third", *document);
+        document->items.removeLast();
+    }
+    ASSERT_EQ (document->items.size(), 1u);
+    history.undo();
+    ASSERT_EQ (document->items.size(), 2u);
+    EXPECT_EQ (document->items.get (1), quiet);
+    EXPECT_EQ (document->items.get (1)->name.get(), "quiet");
+}
+
 //==============================================================================
 // Texts
 using TransactionTextTest = TransactionTest;

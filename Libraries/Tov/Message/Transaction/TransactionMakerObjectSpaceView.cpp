@@ -60,10 +60,11 @@ void TransactionMakerObjectSpaceView::objectPreDeleted (Object* object)
 std::shared_ptr<State> TransactionMakerObjectSpaceView::makeContextSnapshot (const Object& context, uint32_t flags)
 {
     if (contextSnapshot == nullptr || contextSnapshotFlags != flags
-         || ! StateComparingObjectExporter::matches (context, *contextSnapshot, flags, true))
+         || ! StateComparingObjectExporter::matches (context, *contextSnapshot, flags, true, &contextSnapshotIdentifiers))
     {
         contextSnapshot = StateObjectExporter::make (context, flags, true);
         contextSnapshotFlags = flags;
+        contextSnapshotIdentifiers.clear();
     }
     return contextSnapshot;
 }

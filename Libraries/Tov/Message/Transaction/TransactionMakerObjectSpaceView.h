@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TransactionBuilderImplementation.h"
+#include "../../Core/StateComparingObjectExporter.h"
 #include <juce_core/juce_core.h>
 #include <memory>
 #include <vector>
@@ -66,6 +67,8 @@ private:
     std::vector<std::unique_ptr<TransactionBuilderImplementation>> inertBuilders;
     std::shared_ptr<State> contextSnapshot;
     uint32_t contextSnapshotFlags = 0;
+    /** The identifiers of the snapshot's lists, for the next comparison with it. */
+    StateComparingObjectExporter::IdentifiersMemo contextSnapshotIdentifiers;
 
     TransactionBuilderImplementation* getTop() const;
     VolatileTransactionBuilderImplementation* findFirstVolatileBuilder() const;
