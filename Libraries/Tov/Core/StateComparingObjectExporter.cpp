@@ -198,13 +198,19 @@ void StateComparingObjectExporter::writeOwnedPointer (const Object* object, Clas
     pop();
 }
 
+// The identifier a list writes for an element, null for none.
+static UniqueIdentifier identifierOf (const Object* object)
+{
+    return object != nullptr ? object->getUniqueIdentifier() : UniqueIdentifier();
+}
+
 // What enterVariable, writeUniqueIdentifier and finish would check of a nameless variable that
 // holds the identifier of an owned object.
 static bool isIdentifierOf (const State::Variable& variable, const Object* object)
 {
     const State* node = variable.second.get();
     return variable.first.isEmpty() && node != nullptr && node->getType() == StateType::weakPointerType
-        && node->getUniqueIdentifierValue() == (object != nullptr ? object->getUniqueIdentifier() : UniqueIdentifier())
+        && node->getUniqueIdentifierValue() == identifierOf (object)
         && node->getUniqueIdentifier().isNull() && node->getClassExpression() == nullptr && node->getVersionNumber() == 0;
 }
 
@@ -237,7 +243,7 @@ void StateComparingObjectExporter::saveOwnedObjects (const std::vector<Object*>&
             std::vector<UniqueIdentifier> identifiers;
             identifiers.reserve (objects.size());
             for (auto* object : objects)
-                identifiers.push_back (object != nullptr ? object->getUniqueIdentifier() : UniqueIdentifier());
+                identifiers.push_back (identifierOf (object));
             memo->lists.push_back ({ level.expected, level.numVariables, std::move (identifiers) });
         }
     }
@@ -267,7 +273,7 @@ void StateComparingObjectExporter::compareWithMemo (const std::vector<Object*>& 
     {
         if (i + elementsFetchedAhead < objects.size())
             __builtin_prefetch (objects[i + elementsFetchedAhead]);
-        check (identifiers[i] == (objects[i] != nullptr ? objects[i]->getUniqueIdentifier() : UniqueIdentifier()));
+        check (identifiers[i] == identifierOf (objects[i]));
     }
 }
 

@@ -64,16 +64,16 @@ struct Jump
     uint64_t multiplier = 1, increment = 0;
 };
 
-/** The jump to the first state of each future sampleInt64: 1, 3, 5... steps. */
+/** The jump over the draws of sampleInt64 before each future one: 0, 2, 4... steps. */
 constexpr std::array<Jump, RandomGenerator::maxDrawsPeeked> makeJumpsToDraws()
 {
     std::array<Jump, RandomGenerator::maxDrawsPeeked> jumps {};
     Jump jump;
-    for (size_t step = 1; step < 2 * RandomGenerator::maxDrawsPeeked; ++step)
+    for (size_t draw = 0; draw < RandomGenerator::maxDrawsPeeked; ++draw)
     {
-        jump = { (jump.multiplier * multiplier) & mask48, (jump.increment * multiplier + 11) & mask48 };
-        if (step % 2 == 1)
-            jumps[step / 2] = jump;
+        jumps[draw] = jump;
+        for (int step = 0; step < 2; ++step)
+            jump = { (jump.multiplier * multiplier) & mask48, (jump.increment * multiplier + 11) & mask48 };
     }
     return jumps;
 }
@@ -85,9 +85,8 @@ int64_t RandomGenerator::peekInt64 (size_t drawsAhead) const noexcept
 {
     jassert (drawsAhead < maxDrawsPeeked);
     const auto& jump = jumpsToDraws[std::min (drawsAhead, maxDrawsPeeked - 1)];
-    const uint64_t first = ((uint64_t) state * jump.multiplier + jump.increment) & mask48;
-    const uint64_t second = (first * multiplier + 11) & mask48;
-    return (int64_t) (((first >> 16) << 32) | ((second >> 16) & 0xffffffffull));
+    RandomGenerator ahead ((int64_t) (((uint64_t) state * jump.multiplier + jump.increment) & mask48));
+    return ahead.sampleInt64();
 }
 
 size_t RandomGenerator::sampleSize (size_t maximum) noexcept
